@@ -1,0 +1,126 @@
+// The transfer engine: carries ArrayTrasferimento out, for a backup and for a synchronisation.
+//
+// It checks the destinations, works through the list record by record, and ends the operation. A copy takes
+// its final name only when it is whole: an older copy is given up for a new one that is complete, and neither
+// a stop, a failure nor a crash leaves half a file.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "backup/ElencoSalvati.h"
+#include "backup/MisuratoreVelocita.h"
+#include "errors/ModuloGestioneErrori.h"
+#include "platform/files.h"
+#include "platform/newfile.h"
+#include "platform/newfilesupply.h"
+#include "shell/Schermo.h"
+#include "storage/Unita.h"
+#include "synchronisation/RecordFile.h"
+
+namespace tandemize {
+
+enum class EsitoTrasferimento : std::uint8_t {
+  Nessuno = 0,
+  Annullato = 1,
+  ErroreSuperato = 2,
+  FileFallito = 3
+};
+
+// What became of one file that failed, for a summary at the end.
+struct FileFallito {
+  std::string percorso, motivo;
+};
+
+class FrmFileTransfer : public FinestraOperazione {
+ public:
+  FrmFileTransfer();
+  ~FrmFileTransfer() override;
+
+  // Prepares a run of `modo` (0 backup, 1 synchronisation) over ArrayTrasferimento and carries it out.
+  // `salvaLista` writes the list of saved files, `incrementale` adds to it. False if a check before the first
+  // copy failed; it was reported.
+  bool Init(std::uint8_t modo, bool salvaLista, bool incrementale);
+
+  // The cancel button. `confermato`: a stop signal, which asks nothing.
+  void Annulla(bool confermato) override;
+
+  EsitoTrasferimento EsitoCopia = EsitoTrasferimento::Nessuno;
+  std::vector<FileFallito> Falliti;  // at most a thousand are kept
+  std::size_t NumeroFalliti = 0;
+
+  // Milliseconds between two updates of the screen; a test sets 0 to see each one.
+  static std::uint64_t IntervalloSchermo;
+
+  // --- steps of a run, public for tests of their rules
+  [[nodiscard]] std::int32_t ControllaDestinazioni(std::vector<RigaPercorso>& radici);
+  [[nodiscard]] bool ControllaSpazio();
+  void FaseDiTrasferimento();
+  void TrasferisciFile();
+  bool Copy_File(const std::string& sorgente, const std::string& destinazione, std::int64_t buffer);
+  void AggiornaProgressBar(double byte);
+  void AggiornaProgressBarFileSingolo(double massimo, double valore);
+  void FineTrasferimento();
+  [[nodiscard]] const std::vector<std::string>& PcDaSpegnere() const { return NomiPcDaSpegnere; }
+  [[nodiscard]] const StatoTrasferimento& Stato() const { return stato_; }
+
+ private:
+  struct Copia;
+  enum class Direzione : std::uint8_t { Locale, DalServer, AlServer };
+
+  bool Prepara();
+  bool LogScrivibile();
+  void AggiungiPc(const RecordOperazione& operazione);
+  bool TrasferisciRecord(std::size_t i);
+  bool PreparaCartella(std::size_t i);
+  void PreparaScorta(std::size_t i);
+  bool ConfermaSovrascrittura(const std::string& sorgente, const std::string& destinazione, bool& continua);
+  void EliminaRecord(const RecordOperazione& operazione, const std::string& sorgente,
+                     const std::string& destinazione);
+  void PulisciCartelleVuote(std::string cartella, const std::string& destinazione);
+  void CopiaFile(const std::string& sorgente, const std::string& destinazione, Direzione direzione);
+  void CopiaAttributi(const RecordOperazione& operazione, const std::string& destinazione);
+  void AggiungiAListaFile(const RecordFile& sorgente);
+  bool MemoriaInEsaurimento();
+  void ScaricaSuUnitaRimovibili();
+
+  // Pieces of one local copy.
+  bool EseguiCopia(Copia& copia);
+  bool ApriSorgente(Copia& copia);
+  bool ApriDestinazione(Copia& copia);
+  bool CopiaBlocchi(Copia& copia);
+  bool ConcludiCopia(Copia& copia);
+  bool CopiaSenzaVecchia(Copia& copia);
+  bool CopiaConSistema(Copia& copia);
+  bool BloccoDiErrore(Copia& copia);
+  void NotaFallito(const std::string& percorso, std::string_view motivo);
+
+  void Mostra(bool subito);
+
+  std::uint8_t ModoTrasferimento = 0;
+  bool SalvaLista = false, Incrementale = false, MemoriaAvvisata = false;
+  std::int32_t FileCopiati = 0, FileTotali = 0;
+  double ByteCopiati = 0, ByteTotali = 0;
+  std::vector<std::string> NomiPcDaSpegnere;
+  std::vector<std::string> radiciRimovibili_;
+
+  bool chiusuraConfermata_ = false;
+  bool logRotto_ = false;
+  MisuratoreVelocita misuratore_;
+  ScrittoreElenco elenco_;
+  std::unordered_set<const std::string*> cartelleRipulite_;
+  platform::NewFileSupply scorta_;  // destination files made ready ahead
+  const std::string* cartellaAllaMano_ = nullptr;
+  std::int32_t attributiCopiati_ = -1;  // of the destination just written; -1 when they are not known
+  std::uint64_t ultimoMostrato_ = 0, ultimaMemoria_ = 0;
+  StatoTrasferimento stato_;
+};
+
+// The attributes of a file that is to be copied over: by exact value, read-only and hidden go; combinations
+// that are not listed stay. `precedenti` gets the old value where something was cleared.
+void RimuoviAttrPerLaCopia(std::string_view percorso, std::uint8_t& precedenti);
+
+}  // namespace tandemize

@@ -1,0 +1,49 @@
+// The stack of the windows that run something.
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "errors/ModuloGestioneErrori.h"
+
+namespace tandemize {
+
+namespace {
+
+std::vector<FinestraOperazione*>& FinestreCaricate() {
+  static std::vector<FinestraOperazione*> finestre;
+  return finestre;
+}
+
+}  // namespace
+
+FinestraOperazione::FinestraOperazione(std::string nome) : nome_(std::move(nome)) {
+  FinestreCaricate().push_back(this);
+}
+
+FinestraOperazione::~FinestraOperazione() {
+  std::erase(FinestreCaricate(), this);
+}
+
+void FinestraOperazione::Annulla(bool confermato) {
+  if (ProcessoAnnullato) return;
+  std::int16_t rimane = 0;
+  bool inCorso = true, modifiche = false;
+  ChiediChiusuraForm(rimane, this, inCorso, false, modifiche, "", confermato);
+}
+
+std::string FormAttivo() {
+  return FinestreCaricate().empty() ? "FrmStart" : FinestreCaricate().back()->Nome();
+}
+
+bool FormCaricato(std::string_view nome) {
+  return std::ranges::any_of(FinestreCaricate(),
+                             [nome](const FinestraOperazione* finestra) { return finestra->Nome() == nome; });
+}
+
+bool AnnullaOperazioneInCorso() {
+  if (FinestreCaricate().empty()) return false;
+  FinestreCaricate().back()->Annulla(true);
+  return true;
+}
+
+}  // namespace tandemize

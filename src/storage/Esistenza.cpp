@@ -1,0 +1,77 @@
+#include "errors/ModuloGestioneErrori.h"
+#include "shell/Schermo.h"
+#include "storage/File_System.h"
+#include "storage/Guardia.h"
+#include "storage/Percorsi.h"
+#include "storage/Unita.h"
+
+namespace tandemize {
+
+namespace {
+
+// Where the routine stands when its folder cannot be read.
+constexpr std::int16_t RigaConteggio = 2;
+
+bool trovaConRicerca(std::string_view path) {
+  HandleRicerca handle = 0;
+  RecordRicerca record;
+  const RispostaDir answer = DirFile(handle, record, path, true);
+  ChiudiRicerca(handle);
+  return !answer.fallita() && !answer.fine();
+}
+
+bool èNomeDiFile(std::string_view path) {
+  return TipoPercorso(path) != PercorsoFtp && path.find_first_of("*?") == std::string_view::npos &&
+         !path.ends_with('\\') && !path.ends_with('/');
+}
+
+// The root of an optical drive exists as soon as the drive is ready.
+bool èRadiceDiCdPronto(std::string_view path) {
+  return LunghezzaInCaratteri(path) < 4 && TipoUnita(path) == UnitaCdRom && UnitaPronta(path);
+}
+
+std::int32_t contaLocale(std::string_view path) {
+  std::uint8_t attempts = 0;
+  for (;;) {
+    std::int32_t count = 0;
+    const platform::ErrorCode error = platform::countEntries(path, count);
+    if (error == platform::kNoError) {
+      if (attempts > 0) NotificaRipristino(FormAttivo());
+      return count;
+    }
+    if (!ErroreRipetibileVb(attempts, ErroreRuntimeDaSistema(error), "Restituisci_NumeroFile_Cartella",
+                            DettaglioPercorso("Cartella: ", path), RigaConteggio))
+      return RisultatoFallito;
+  }
+}
+
+}  // namespace
+
+// A plain file needs no search to be found: asking for its status answers the same in one call. A folder goes
+// the long way, since a search does not find one that the path is inside of already.
+bool EsisteFile(std::string_view path) {
+  if (path.empty()) return false;
+  if (!èNomeDiFile(path)) return trovaConRicerca(path);
+  DoEvents();
+  platform::FileStatus status;
+  if (platform::query(path, status) != platform::kNoError) return false;
+  return (status.attributes & platform::kDirectory) == 0 || trovaConRicerca(path);
+}
+
+bool EsisteCartella(std::string_view path, bool quiet) {
+  if (path.empty()) return false;
+  // Without a session a quiet question about a folder on a server is answered without any contact; another
+  // cannot be answered.
+  if (TipoPercorso(path) == PercorsoFtp) return quiet;
+  DoEvents();
+  return platform::folderExists(path) || èRadiceDiCdPronto(path);
+}
+
+std::int32_t Restituisci_NumeroFile_Cartella(std::string_view path) {
+  if (TipoPercorso(path) != PercorsoFtp) return contaLocale(path);
+  static_cast<void>(ConRiprova([] { return ErroreSessioneChiusa; }, "Restituisci_NumeroFile_Cartella",
+                               DettaglioPercorso("Cartella: ", path)));
+  return RisultatoFallito;
+}
+
+}  // namespace tandemize

@@ -1,0 +1,58 @@
+// The scan: walks paths into ArrayScansione, one column a path.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "errors/ModuloGestioneErrori.h"
+#include "shell/Schermo.h"
+#include "storage/File_System.h"
+#include "storage/Unita.h"
+#include "synchronisation/RecordFile.h"
+
+namespace tandemize {
+
+// Full path of the file that a scan looked at last, for error reports. Written by the walk.
+extern std::string UltimoFileScandito;
+
+class FrmScan : public FinestraOperazione {
+ public:
+  FrmScan() : FinestraOperazione("FrmScan") {}
+
+  // Walks every path into its column of ArrayScansione, whose columns must stand. `proprietaria` gets the
+  // flags ErroreInCorso and ProcessoAnnullato. `backup`: the planner of a backup calls. `secondo` keeps the
+  // walk going, and the session open, after a failed connection; `terzo` is kept for the owner and not read.
+  // An empty filter keeps every file.
+  void Init(const std::vector<RigaPercorso>& percorsi, FinestraOperazione& proprietaria, bool backup,
+            bool secondo, bool terzo, std::string_view filtro);
+
+  // Connects the server of each FTP path; `qualcuno` tells whether there was one.
+  void ConnettiUnitaFtp(const std::vector<RigaPercorso>& percorsi, bool& qualcuno);
+
+  // Walks one folder and all below it: the files of a folder first, then its subfolders in the order found.
+  // `inizio` is the byte at which `Nome` starts in a full path.
+  void ScansionaCartella(std::size_t colonna, std::string percorso, std::size_t inizio);
+
+  void ImpostaFiltro(std::string_view filtro) { filtro_ = filtro; }
+
+ private:
+  void ScansionaPercorsi(const std::vector<RigaPercorso>& percorsi);
+  bool ScansionaUnPercorso(const std::string& percorso, std::size_t numero, std::size_t totale);
+  std::vector<std::string> LeggiCartella(std::size_t colonna, const std::string& percorso,
+                                         std::size_t inizio);
+  void AggiungiFile(std::size_t colonna, const std::string* cartella, std::string_view nome,
+                    std::size_t inizio, const RecordRicerca& trovato, std::int32_t tipo);
+
+  StatoScansione stato_;
+  std::string filtro_;
+  std::string percorsoAllaMano_;  // the path that is walked, for the report of a failure
+};
+
+// Reconciles names that two columns report differently: 0 with 1, 2 with 3, and so on, row by row.
+void CorreggiNomiSimili(TabellaScansione& tabella);
+// At most 3 characters differ, letter case included. Texts of different length are never similar.
+[[nodiscard]] bool NomiSimili(std::string_view uno, std::string_view altro);
+
+}  // namespace tandemize

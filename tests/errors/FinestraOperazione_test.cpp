@@ -1,0 +1,61 @@
+#include <optional>
+
+#include "errors/ErrorsTest.h"
+#include "errors/ModuloGestioneErrori.h"
+
+namespace tandemize {
+namespace {
+
+using FinestraOperazioneTest = test::ErrorsTest;
+
+TEST_F(FinestraOperazioneTest, The_last_one_made_is_the_active_one) {
+  EXPECT_EQ(FormAttivo(), "FrmStart");
+  FinestraOperazione below("FrmBackupChoice");
+  {
+    FinestraOperazione above("FrmScan");
+    EXPECT_EQ(FormAttivo(), "FrmScan");
+    EXPECT_TRUE(FormCaricato("FrmBackupChoice"));
+  }
+  EXPECT_EQ(FormAttivo(), "FrmBackupChoice");
+  EXPECT_FALSE(FormCaricato("FrmScan"));
+}
+
+TEST_F(FinestraOperazioneTest, Windows_may_go_in_any_order) {
+  std::optional<FinestraOperazione> below("one");
+  FinestraOperazione above("two");
+  below.reset();
+  EXPECT_EQ(FormAttivo(), "two");
+  EXPECT_FALSE(FormCaricato("one"));
+}
+
+TEST_F(FinestraOperazioneTest, The_user_s_stop_is_asked_about) {
+  FinestraOperazione window("Frm");
+  screen.answers = {Risposta::No, Risposta::Sì};
+  window.Annulla(false);
+  EXPECT_FALSE(window.ProcessoAnnullato);
+  window.Annulla(false);
+  EXPECT_TRUE(window.ProcessoAnnullato);
+  EXPECT_EQ(screen.boxes.size(), 2U);
+}
+
+TEST_F(FinestraOperazioneTest, A_second_stop_changes_nothing) {
+  FinestraOperazione window("Frm");
+  window.Annulla(true);
+  window.Annulla(true);
+  window.Annulla(false);
+  EXPECT_TRUE(screen.boxes.empty());
+  EXPECT_EQ(count(Messaggio(329)), 1);
+}
+
+TEST_F(FinestraOperazioneTest, A_stop_signal_stops_the_active_window_without_a_question) {
+  EXPECT_FALSE(AnnullaOperazioneInCorso());
+  FinestraOperazione below("below");
+  FinestraOperazione above("above");
+  EXPECT_TRUE(AnnullaOperazioneInCorso());
+  EXPECT_TRUE(above.ProcessoAnnullato);
+  EXPECT_FALSE(below.ProcessoAnnullato);
+  EXPECT_TRUE(screen.boxes.empty());
+}
+
+}  // namespace
+}  // namespace tandemize
