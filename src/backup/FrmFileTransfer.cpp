@@ -9,6 +9,7 @@
 #include "shell/Impostazioni.h"
 #include "shell/Lingua.h"
 #include "shell/ModuloPrincipale.h"
+#include "shell/SpegniPC.h"
 #include "shell/TestiPropri.h"
 #include "storage/File_System.h"
 #include "storage/ModuloInternet.h"
@@ -312,11 +313,20 @@ void FrmFileTransfer::Annulla(bool confermato) {
   ScriviLog(Messaggio(190), RigaArresto);
 }
 
+void FrmFileTransfer::SpegniComputer() {
+  constexpr int Secondi = 30;
+  constexpr std::string_view Testo = "ShutDown By Tandemize Backup";
+  if (Advance_ShutDownAll == 1)
+    for (const std::string& nome : NomiPcDaSpegnere) SpegniPC(nome, false, Secondi, Testo);
+  if (Advance_ShutDownLocal == 1) SpegniPC(NomeComputer(), true, Secondi, Testo);
+}
+
 void FrmFileTransfer::FineTrasferimento() {
   schermo().MousePointer(Puntatore::Normale);
   Mostra(true);
   SvuotaListaAProgressione(2);
   SvuotaListaAProgressione(1);
+  SpegniComputer();
   const std::string testo = TestoDiChiusura(EsitoCopia);
   TrasferimentoRiuscito = EsitoCopia == EsitoTrasferimento::Nessuno;
   if (ServerConnesso("")) DisconnettiServer("");

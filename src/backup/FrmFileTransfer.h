@@ -86,6 +86,7 @@ class FrmFileTransfer : public FinestraOperazione {
   void AggiungiAListaFile(const RecordFile& sorgente);
   bool MemoriaInEsaurimento();
   void ScaricaSuUnitaRimovibili();
+  void SpegniComputer();
 
   // Pieces of one local copy.
   bool EseguiCopia(Copia& copia);

@@ -421,6 +421,24 @@ TEST(TrasferisciFile, A_log_that_breaks_during_the_run_stops_it_before_the_next_
   EXPECT_FALSE(t.boxes().empty());
 }
 
+TEST(TrasferisciFile, A_file_whose_own_log_line_cannot_be_written_is_not_copied) {
+  Transfers t;
+  t.file("a", "1");
+  t.file("b", "2");
+  // Between the end of one record and the first line of the next.
+  int eventsAfterFirst = 0;
+  t.screen.onEvents = [&] {
+    const bool firstDone = t.log().find("- OK -") != std::string::npos;
+    if (!firstDone || ++eventsAfterFirst != 1) return;
+    fs::remove(t.home().host("LogFile1.txt"));
+    t.home().makeFolder("LogFile1.txt");
+  };
+  t.init();
+  EXPECT_EQ(t.copied("a"), "1");
+  EXPECT_FALSE(t.work().exists("to/b"));
+  EXPECT_NE(t.window().EsitoCopia, EsitoTrasferimento::Nessuno);
+}
+
 TEST(TrasferisciFile, Leftovers_of_a_crash_are_cleared_and_those_of_a_living_process_stay) {
   Transfers t;
   t.file("a", "1");
