@@ -7,8 +7,9 @@
     bench/bench.py --runs 3 --data DIR --program FILE
 
 Questions: small mixed big (first full backup), same changed (incremental), plan, crc, memory, calls, million.
-Every timed first backup goes to a fresh target: on ext4, files made soon after a mass deletion nearby cost many times
-more. Targets are removed when a question has been answered. The source is read once before, so caches are warm.
+Every timed first backup goes to a fresh target: on ext4, files made within some minutes of a mass deletion nearby cost
+many times more. Targets are removed when a question has been answered, and the next one waits (--settle) until that
+has been forgotten. The source is read once before, so caches are warm.
 """
 
 import argparse
@@ -82,6 +83,10 @@ def read_all(tree):
 # --- programs -----------------------------------------------------------------------------------------------------
 
 
+class Failed(Exception):
+    pass
+
+
 class Result:
     def __init__(self, seconds, peak_kb):
         self.seconds, self.peak_mb = seconds, peak_kb / 1024
@@ -102,7 +107,7 @@ def timed(command, env=None):
     _, status, usage = os.wait4(pid, 0)
     seconds = time.perf_counter() - begin
     if os.waitstatus_to_exitcode(status) != 0:
-        sys.exit(f"failed with {os.waitstatus_to_exitcode(status)}: {' '.join(command)}")
+        raise Failed(f"status {os.waitstatus_to_exitcode(status)} from {' '.join(command)}")
     return Result(seconds, usage.ru_maxrss)
 
 
@@ -137,12 +142,12 @@ class Tandemize:
         return [self.program, "--folder", str(home), *words]
 
     def first(self, source, target):
-        home = target.parent / (target.name + ".home")
+        home = target.parent / (target.name + " home")
         self.profile(home, source, target)
         return self.command(home, "backup", "--type", "full"), None
 
     def again(self, source, target):
-        return self.command(target.parent / (target.name + ".home"), "backup", "--type", "incremental"), None
+        return self.command(target.parent / (target.name + " home"), "backup", "--type", "incremental"), None
 
 
 class Cp:
@@ -183,11 +188,12 @@ class FreeFileSync:
             f"""<?xml version="1.0" encoding="utf-8"?>
 <FreeFileSync XmlType="BATCH" XmlFormat="17">
  <Compare><Variant>TimeAndSize</Variant><Symlinks>Exclude</Symlinks><IgnoreTimeShift/></Compare>
- <Synchronize><Variant>Update</Variant><DeletionPolicy>Permanent</DeletionPolicy></Synchronize>
- <Filter><Include><Item>*</Item></Include><Exclude/></Filter>
+ <Synchronize><Variant>Update</Variant><DetectMovedFiles>false</DetectMovedFiles><DeletionPolicy>Permanent</DeletionPolicy><VersioningFolder Style="Replace"/></Synchronize>
+ <Filter><Include><Item>*</Item></Include><Exclude/><SizeMin Unit="None">0</SizeMin><SizeMax Unit="None">0</SizeMax><TimeSpan Type="None">0</TimeSpan></Filter>
  <FolderPairs><Pair><Left>{source}</Left><Right>{target}</Right></Pair></FolderPairs>
+ <PostSyncCommand Condition="Completion"/><LogFolder/><EmailNotification Condition="Always"/>
  <Errors Ignore="false" Retry="0" Delay="0"/>
- <Batch><ProgressDialog Minimized="true" AutoClose="true"/><ErrorDialog>Cancel</ErrorDialog></Batch>
+ <Batch><ProgressDialog Minimized="true" AutoClose="true"/><ErrorDialog>Cancel</ErrorDialog><PostSyncAction>None</PostSyncAction></Batch>
 </FreeFileSync>
 """
         )
@@ -196,6 +202,19 @@ class FreeFileSync:
         return ["xvfb-run", "-a", "FreeFileSync", str(batch)], {"HOME": str(home)}
 
     again = first
+
+
+def works(peer, folder):
+    """Whether a peer copies one file here; one that cannot is left out and said so."""
+    source, target = folder / "try source", folder / f"try {peer.name}"
+    source.mkdir(parents=True, exist_ok=True)
+    (source / "file").write_text("x")
+    try:
+        timed(*peer.first(source, target))
+        return True
+    except Failed as failure:
+        print(f"{peer.name} does not work here and is left out: {failure}")
+        return False
 
 
 def peers():
@@ -217,8 +236,11 @@ class Bench:
         self.data = pathlib.Path(arguments.data)
         self.data.mkdir(parents=True, exist_ok=True)
         self.runs = arguments.runs
+        self.settle_time = arguments.settle
+        self.cleared = -1e9
+        self.clear()
         self.tandemize = Tandemize(arguments.program)
-        self.peers = peers()
+        self.peers = [peer for peer in peers() if works(peer, self.data / "targets")]
         self.programs = [self.tandemize, *self.peers]
         self.trees = trees(self.data)
         self.number = 0
@@ -228,8 +250,14 @@ class Bench:
         return self.data / "targets" / f"{self.number:03d} {name}"
 
     def clear(self):
-        shutil.rmtree(self.data / "targets", ignore_errors=True)
-        os.sync()
+        targets = self.data / "targets"
+        if targets.exists():
+            shutil.rmtree(targets, ignore_errors=True)
+            os.sync()
+            self.cleared = time.monotonic()
+
+    def settle(self):
+        time.sleep(max(0.0, self.cleared + self.settle_time - time.monotonic()))
 
     def table(self, title, results, goals=""):
         ours = statistics.median(r.seconds for r in results[self.tandemize.name])
@@ -246,6 +274,7 @@ class Bench:
     def first_backup(self, tree_name, title, goals):
         source = self.trees[tree_name]()
         read_all(source)
+        self.settle()
         results = {p.name: [] for p in self.programs}
         for run in range(self.runs):
             for p in self.programs[run % len(self.programs) :] + self.programs[: run % len(self.programs)]:
@@ -268,6 +297,7 @@ class Bench:
         self.first_backup("big", "First full backup, two files of 2.5 GiB", "1.05 x cp")
 
     def saved_targets(self, source):
+        self.settle()
         targets = {}
         for p in self.programs:
             target = targets[p.name] = self.fresh(p.name)
@@ -303,8 +333,8 @@ class Bench:
     def plan(self):
         source = self.trees["small"]()
         target = self.fresh("plan")
-        self.tandemize.profile(target.parent / "plan.home", source, target)
-        command = self.tandemize.command(target.parent / "plan.home", "backup", "--type", "full", "--preview")
+        self.tandemize.profile(target.parent / "plan home", source, target)
+        command = self.tandemize.command(target.parent / "plan home", "backup", "--type", "full", "--preview")
         results = {self.tandemize.name: [timed(command) for _ in range(self.runs)]}
         results["find -size +1G (a bare walk)"] = [timed(["find", str(source), "-size", "+1G"]) for _ in range(self.runs)]
         self.table("Planning alone, 100,000 files", results)
@@ -378,6 +408,7 @@ def main():
     parser.add_argument("--runs", type=int, default=5)
     parser.add_argument("--data", default=HERE.parent / "build" / "bench", help="where data and targets lie (40 GB)")
     parser.add_argument("--program", default=HERE.parent / "build" / "release" / "src" / "tandemize-run")
+    parser.add_argument("--settle", type=float, default=90, help="seconds to wait after a removal of targets")
     parser.add_argument("--install", action="store_true", help="install missing peers with apt-get")
     arguments = parser.parse_args()
     unknown = [q for q in arguments.questions if q not in QUESTIONS]
@@ -387,7 +418,6 @@ def main():
         sys.exit(f"{arguments.program} is not there: ./run builds it, or name one with --program")
     offer_peers(arguments.install)
     bench = Bench(arguments)
-    bench.clear()
     for question in arguments.questions or QUESTIONS:
         getattr(bench, question)()
 

@@ -174,9 +174,9 @@ bool FrmFileTransfer::BloccoDiErrore(Copia& copia) {
     if (numero != 0) extra += "{ Err. N° " + std::to_string(numero) + " }";
     descrizione = "==> Error While Writing File : " + copia.destinazione + extra;
   } else {
-    descrizione = "FaseAperturaFile = " + std::to_string(fase) + " (" +
-                  platform::systemErrorText(copia.errore) +
-                  ") : " + (fase == 0 || copia.letturaFallita ? copia.sorgente : copia.destinazione);
+    if (extra.empty()) extra = " (" + platform::systemErrorText(copia.errore) + ")";
+    descrizione = "FaseAperturaFile = " + std::to_string(fase) + extra + " : " +
+                  (fase == 0 || copia.letturaFallita ? copia.sorgente : copia.destinazione);
   }
   const std::int32_t modo = Errors_Alert_Mode == 0 ? 3 : 2;
   ErroreFatale(erroreRuntime, "Copy_File", 2, modo, "", descrizione, 0);

@@ -37,7 +37,7 @@ class SenzaRipetizioni {
 std::string ConSeparatoriDi(std::int32_t tipo, std::string_view percorso) {
   const char separatore = SeparatorePercorso(tipo);
   const char altro = separatore == '/' ? '\\' : '/';
-  const std::size_t primoControllato = separatore == '/' ? 1 : 2;
+  const std::size_t primoControllato = separatore == '/' ? 0 : 2;
   std::string risultato;
   risultato.reserve(percorso.size());
   for (std::size_t i = 0; i < percorso.size(); ++i) {

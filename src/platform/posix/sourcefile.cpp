@@ -7,6 +7,7 @@
 
 #include "platform/newfile.h"
 #include "platform/posix/errno.h"
+#include "platform/posix/hostfaults.h"
 #include "platform/posix/status.h"
 
 namespace tandemize::platform {
@@ -29,8 +30,14 @@ SourceFile& SourceFile::operator=(SourceFile&& other) noexcept {
   return *this;
 }
 
+HostFaults& hostFaults() {
+  static HostFaults faults;
+  return faults;
+}
+
 ErrorCode SourceFile::open(std::string_view path) {
   close();
+  if (hostFaults().nextSourceOpen != kNoError) return std::exchange(hostFaults().nextSourceOpen, kNoError);
   std::string host;
   if (const ErrorCode error = hostPathOf(path, host); error != kNoError) return error;
   descriptor_ = openWithoutWaiting(host.c_str(), O_RDONLY);
@@ -57,6 +64,7 @@ void SourceFile::close() {
 
 ErrorCode SourceFile::read(void* buffer, std::size_t size, std::size_t& got) {
   got = 0;
+  if (hostFaults().nextSourceRead != kNoError) return std::exchange(hostFaults().nextSourceRead, kNoError);
   ssize_t count = 0;
   do {
     count = ::read(descriptor_, buffer, size);

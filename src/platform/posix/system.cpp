@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "platform/machine.h"
+#include "platform/posix/hostfaults.h"
 #include "platform/posix/hostfile.h"
 #include "platform/posix/names.h"
 
@@ -50,6 +51,7 @@ std::string computerName() {
 }
 
 std::int64_t freePhysicalMemory() {
+  if (hostFaults().freeMemory >= 0) return hostFaults().freeMemory;
   std::string text;
   if (readHostFile("/proc/meminfo", 1U << 16U, text) == kNoError) {
     const std::int64_t bytes = memoryLine(text, "MemAvailable:");
