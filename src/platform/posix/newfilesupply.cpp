@@ -13,8 +13,10 @@
 namespace tandemize::platform {
 namespace {
 
-// Files kept ready. More would gain nothing: it only has to outlast the longest copy of the other side.
-constexpr std::size_t kReady = 16;
+// Files kept ready, and how few of them wake the thread: a wake-up costs as much as half a file, so it makes
+// many at a time.
+constexpr std::size_t kReady = 32;
+constexpr std::size_t kFew = 8;
 
 // Stop signals are for the program's own thread, whose waits they end.
 void blockSignals() {
@@ -44,10 +46,12 @@ void NewFileSupply::State::run() {
   blockSignals();
   std::unique_lock lock(mutex);
   for (;;) {
-    changed.wait(lock, [this] { return ended || (wanted > 0 && ready.size() < kReady); });
+    changed.wait(lock, [this] { return ended || (wanted > 0 && ready.size() <= kFew); });
+    while (!ended && wanted > 0 && ready.size() < kReady) {
+      --wanted;
+      makeOne(lock);
+    }
     if (ended) return;
-    --wanted;
-    makeOne(lock);
   }
 }
 
@@ -68,6 +72,7 @@ void NewFileSupply::State::makeOne(std::unique_lock<std::mutex>& lock) {
 
 SuppliedFile NewFileSupply::State::take(const std::string& hostFolder, mode_t permissions) {
   SuppliedFile file;
+  bool few = false;
   {
     const std::lock_guard lock(mutex);
     if (folder != hostFolder) return file;
@@ -78,8 +83,9 @@ SuppliedFile NewFileSupply::State::take(const std::string& hostFolder, mode_t pe
     } else if (wanted > 0) {
       --wanted;  // the caller makes this one itself
     }
+    few = wanted > 0 && ready.size() == kFew;
   }
-  changed.notify_one();
+  if (few) changed.notify_one();
   return file;
 }
 
