@@ -8,11 +8,8 @@ blank caption on somebody's screen. This check finds it first:
   in the four digits and the blank in front of the text;
 - both files give a text to the same numbers, and where one text begins or ends in a blank, which
   the callers rely on when they join it to a path, so does the other;
-- every number that the sources name has a text. A source names a number by Messaggio(123), by a
-  constant "inline constexpr int Name = 123;" of src/shell/Messaggi.h (of its namespace messaggio,
-  if it has one), or by a comment that says "messaggio::Name = 123".
-
-Numbers that are only computed while the program runs cannot be seen here.
+- every number that the sources name has a text. A source names a number by Messaggio(123), by Messaggio(x ? 1 : 2), or
+  by a constant MessaggioName = 123. Any other call is a fault, because its number could not be read here.
 """
 
 import argparse
@@ -21,15 +18,16 @@ import sys
 from pathlib import Path
 
 LANGUAGE_FILES = ("Lang_Ita.Dat", "Lang_Eng.Dat")
-MESSAGES_HEADER = Path("shell/Messaggi.h")
 SOURCE_SUFFIXES = {".cpp", ".h", ".hpp", ".cc", ".hh", ".inl"}
 LAST_MESSAGE = 461
 COMMENT_MARK = "=%!%="
 
-CALL = re.compile(r"\bMessaggio\s*\(\s*(\d+)\s*\)")
-MARKED = re.compile(r"\bmessaggio::\w+\s*=\s*(\d+)\b")
-CONSTANT = re.compile(r"\binline\s+constexpr\s+[\w:]+\s+\w+\s*(?:=\s*|\{\s*)(\d+)\s*\}?\s*;")
-NAMESPACE = re.compile(r"\bnamespace\s+(?:\w+::)*messaggio\s*\{")
+CALL = re.compile(r"\bMessaggio\s*\(([^()]*)\)")
+NESTED = re.compile(r"\bMessaggio\s*\([^()]*\(")
+CONSTANT = re.compile(r"\b(Messaggio\w+)\s*=\s*(\d+)\b")
+# What a call may hold, so that this check can read it: a number, one of two numbers, or a constant named Messaggio...
+READABLE = re.compile(r"\s*(?:\d+|Messaggio\w+|[^?]*\?\s*\d+\s*:\s*\d+)\s*")
+DECLARATION = re.compile(r"\s*(?:int|std::int\w+)\s+\w+\s*")
 
 
 def check_line(number, line):
@@ -87,44 +85,34 @@ def compare_languages(first, second):
     return faults
 
 
-def namespace_body(content):
-    """Gives the inside of the namespace messaggio, or all of the text if there is none."""
-    start = NAMESPACE.search(content)
-    if not start:
-        return content
-    depth = 1
-    for position in range(start.end(), len(content)):
-        depth += {"{": 1, "}": -1}.get(content[position], 0)
-        if depth == 0:
-            return content[start.end():position]
-    return content[start.end():]
-
-
-def numbers_of(content, is_messages_header):
-    """Gives pairs of a line and a message number that it names."""
-    found = []
-    for pattern in (CALL, MARKED):
-        found += [(content.count("\n", 0, m.start()) + 1, int(m.group(1)))
-                  for m in pattern.finditer(content)]
-    if is_messages_header:
-        body = namespace_body(content)
-        offset = content.index(body)
-        found += [(content.count("\n", 0, offset + m.start()) + 1, int(m.group(1)))
-                  for m in CONSTANT.finditer(body)]
-    return found
+def numbers_of(content):
+    """Gives pairs of a line and a message number that it names, and the lines whose number cannot be read."""
+    found, hidden = [], []
+    for call in CALL.finditer(content):
+        line = content.count("\n", 0, call.start()) + 1
+        if DECLARATION.fullmatch(call.group(1)):
+            continue
+        if not READABLE.fullmatch(call.group(1)):
+            hidden.append(line)
+        found += [(line, int(number)) for number in re.findall(r"\b\d+\b", call.group(1).split("?")[-1])]
+    hidden += [content.count("\n", 0, m.start()) + 1 for m in NESTED.finditer(content)]
+    found += [(content.count("\n", 0, m.start()) + 1, int(m.group(2))) for m in CONSTANT.finditer(content)]
+    return found, hidden
 
 
 def used_numbers(source_folder):
-    """Gives the places by message number, each place as 'file:line'."""
-    used = {}
+    """Gives the places by message number, each place as 'file:line', and the places that name none."""
+    used, hidden = {}, []
     for path in sorted(source_folder.rglob("*")):
         if path.suffix not in SOURCE_SUFFIXES or not path.is_file():
             continue
         relative = path.relative_to(source_folder)
         content = path.read_text(encoding="utf-8", errors="replace")
-        for line, number in numbers_of(content, relative == MESSAGES_HEADER):
+        found, unreadable = numbers_of(content)
+        for line, number in found:
             used.setdefault(number, []).append(f"{source_folder.name}/{relative}:{line}")
-    return used
+        hidden += [f"{source_folder.name}/{relative}:{line}" for line in unreadable]
+    return used, hidden
 
 
 def check_use(used, tables):
@@ -162,7 +150,8 @@ def main():
         faults += compare_languages(*tables)
     if not arguments.src.is_dir():
         faults.append(f"{arguments.src}: no such folder")
-    used = used_numbers(arguments.src)
+    used, hidden = used_numbers(arguments.src)
+    faults += [f"{place}: a message without a number that can be read here" for place in hidden]
     faults += check_use(used, tables)
     for fault in faults:
         print(fault, file=sys.stderr)

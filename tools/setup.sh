@@ -13,6 +13,7 @@ declare -A package_use=(
   [libdeflate-dev]="library: CRC-32 of files"
   [libutf8proc-dev]="library: upper case of file names"
   [libgtest-dev]="the tests' framework"
+  [tzdata]="the tests' time zones"
   [python3]="the tools that draw and check"
   [clang]="second compiler, for its own warnings"
   [clang-format]="checks the form of the sources"
@@ -20,7 +21,7 @@ declare -A package_use=(
 )
 
 build_packages=(g++ cmake ninja-build pkg-config libdeflate-dev libutf8proc-dev)
-test_packages=("${build_packages[@]}" libgtest-dev python3)
+test_packages=("${build_packages[@]}" libgtest-dev python3 tzdata)
 # shellcheck disable=SC2034
 ci_packages=("${test_packages[@]}" clang clang-format clang-tidy)
 

@@ -1,6 +1,7 @@
 // The planning walk: from the diagram's sources to one record for each file and destination.
 
 #include <algorithm>
+#include <utility>
 
 #include "backup/FrmBackupChoice.h"
 #include "errors/ModuloLog.h"
@@ -55,12 +56,13 @@ std::string ConSeparatoriDi(std::int32_t tipo, std::string_view percorso) {
 // once whether they exist, since a file can only stand in a folder that does.
 class FrmBackupChoice::Destinazioni {
  public:
-  Destinazioni(std::vector<std::string> percorsi, const std::string& sottocartella) {
-    for (std::string& percorso : percorsi) {
+  Destinazioni(const std::vector<std::string>& percorsi, const std::string& sottocartella) {
+    for (const std::string& percorso : percorsi) {
       const std::int32_t tipo = TipoPercorso(percorso);
-      const std::string separatore(1, SeparatorePercorso(tipo));
-      const std::string giunto = sottocartella.empty() ? separatore : separatore + sottocartella + separatore;
-      mete_.push_back({percorso + giunto, tipo, nullptr, nullptr, false});
+      const char separatore = SeparatorePercorso(tipo);
+      std::string inizio = percorso + separatore;
+      if (!sottocartella.empty()) inizio.append(sottocartella).push_back(separatore);
+      mete_.push_back({std::move(inizio), tipo, nullptr, nullptr, false});
     }
   }
 
@@ -136,7 +138,7 @@ void FrmBackupChoice::PrelevaFilePerBackup(bool accurato) {
 std::string FrmBackupChoice::NomeSottocartella() {
   if (!ChkCreateFolder || cmbTipoBackup == TipoBackup::Standard) return {};
   if (cmbTipoBackup == TipoBackup::Incrementale) return LeggiUltimoBackup();
-  const std::string nome = NomeCartellaBackup(platform::now());
+  std::string nome = NomeCartellaBackup(platform::now());
   // A test alone leaves the file alone.
   if (!SoloTest() && !anteprima_ && !ScriviUltimoBackup(nome))
     ErroreFatale(0, "PrelevaFilePerBackup", 2, 0, "", "==> Error While Writing File : LastBackup.dat", 0);

@@ -5,56 +5,69 @@ namespace tandemize {
 
 namespace {
 
-constexpr int MessaggioCartella = 316, MessaggioCartellaSpeciale = 317;
-
-int messaggioDi(std::int32_t attributes) {
+const std::string& testoDi(std::int32_t attributes) {
   switch (attributes) {
     case -1:
-      return 425;
+      return Messaggio(425);
     case 0:
-      return 77;
+      return Messaggio(77);
     case 1:
     case 33:
-      return 78;
+      return Messaggio(78);
     case 2:
-      return 79;
+      return Messaggio(79);
     case 32:
-      return 80;
+      return Messaggio(80);
     case 3:
     case 35:
-      return 81;
+      return Messaggio(81);
     case 34:
-      return 82;
+      return Messaggio(82);
     case 4:
     case 36:
-      return 83;
+      return Messaggio(83);
     case 6:
     case 38:
-      return 84;
+      return Messaggio(84);
     case 39:
-      return 85;
+      return Messaggio(85);
     case 128:
-      return 86;
+      return Messaggio(86);
     case 16:
     case 48:
-      return MessaggioCartella;
+      return Messaggio(316);
     case 17:
     case 18:
     case 20:
     case 21:
     case 22:
-      return MessaggioCartellaSpeciale;
+      return Messaggio(317);
     default:
-      return 67;
+      return Messaggio(67);
+  }
+}
+
+// Only these values; 19 is a folder's too and none of them.
+bool èCartella(std::int32_t attributes) {
+  switch (attributes) {
+    case 16:
+    case 17:
+    case 18:
+    case 20:
+    case 21:
+    case 22:
+    case 48:
+      return true;
+    default:
+      return false;
   }
 }
 
 }  // namespace
 
 std::string DescrizioneAttributi(std::int32_t attributi, bool& isFolder) {
-  const int message = messaggioDi(attributi);
-  isFolder = message == MessaggioCartella || message == MessaggioCartellaSpeciale;
-  return Messaggio(message);
+  isFolder = èCartella(attributi);
+  return testoDi(attributi);
 }
 
 }  // namespace tandemize

@@ -19,7 +19,7 @@ namespace {
 
 // Bytes of a turn. Shorter turns cost more in handing over than they save, longer ones leave the processor's
 // cache.
-constexpr std::uint64_t Turno = 1024 * 1024;
+constexpr std::uint64_t Turno = std::uint64_t{1024} * 1024;
 constexpr std::uint64_t LunghezzaMinima = 32 * Turno;
 
 // --- polynomials modulo that of the checksum, the highest power in bit 0 ---

@@ -19,7 +19,22 @@ std::string DescrizioneUnita(std::string_view path) {
   std::int32_t drive = TipoUnita(path), kind = TipoPercorso(path);
   if (kind == PercorsoFtp) return "FTP";
   if (kind == PercorsoLan) return "LAN";
-  return drive >= UnitaAssente && drive <= UnitaRamDisk ? Messaggio(66 + drive) : std::string();
+  switch (drive) {
+    case UnitaAssente:
+      return Messaggio(67);
+    case UnitaRimovibile:
+      return Messaggio(68);
+    case UnitaFissa:
+      return Messaggio(69);
+    case UnitaRemota:
+      return Messaggio(70);
+    case UnitaCdRom:
+      return Messaggio(71);
+    case UnitaRamDisk:
+      return Messaggio(72);
+    default:
+      return {};
+  }
 }
 
 bool UnitaPronta(std::string_view path) {

@@ -18,7 +18,7 @@ namespace {
 
 // Bytes read at once. The buffer stays in the processor's cache, so that the checksum costs little beside the
 // reading.
-constexpr std::size_t Pezzo = 256 * 1024;
+constexpr std::size_t Pezzo = std::size_t{256} * 1024;
 
 // Where the routine stands when it fails.
 constexpr std::int16_t RigaApertura = 3, RigaLettura = 4;

@@ -15,7 +15,7 @@ TabellaScansione ArrayScansione;
 ListaTrasferimento ArrayTrasferimento;
 
 namespace {
-constexpr std::size_t ByteDiUnBlocco = 256 * 1024;
+constexpr std::size_t ByteDiUnBlocco = std::size_t{256} * 1024;
 const RecordFile RecordVuoto;
 }  // namespace
 
