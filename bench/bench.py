@@ -385,7 +385,7 @@ class Bench:
         command, env = how
         out = self.data / "strace.txt"
         timed(["strace", "-f", "-c", "-o", str(out), *command], env)
-        return int(next(line.split()[2] for line in reversed(out.read_text().splitlines()) if line.endswith("total")))
+        return int(next(line.split()[3] for line in reversed(out.read_text().splitlines()) if line.endswith("total")))
 
 
 QUESTIONS = ["small", "mixed", "big", "same", "changed", "plan", "crc", "memory", "calls", "million"]
