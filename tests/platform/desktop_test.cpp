@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <filesystem>
 #include <string>
 
 #include "platform/fakedesktop.h"
@@ -81,6 +82,16 @@ TEST_F(OpenWithDesktop, Takes_no_tool_that_may_not_be_run) {
   EXPECT_EQ(openWithDesktop(program("a.txt")), kFileNotFound);
 }
 
+TEST_F(OpenWithDesktop, Takes_no_tool_from_where_the_program_was_started) {
+  desktop_.home().write("relative/xdg-open", "#!/bin/sh\n");
+  ::chmod(host("relative/xdg-open").c_str(), 0755);
+  const std::string path = file("a.txt");
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(host(""));
+  EXPECT_EQ(openWithDesktop(path), kFileNotFound);
+  std::filesystem::current_path(before);
+}
+
 TEST_F(OpenWithDesktop, Tells_why_a_tool_does_not_run) {
   desktop_.home().write("bin/xdg-open", "#!/no/such/interpreter\n");
   ::chmod(host("bin/xdg-open").c_str(), 0755);
@@ -99,8 +110,9 @@ TEST_F(OpenWithDesktop, Leaves_nothing_to_wait_for) {
 }
 
 TEST_F(OpenWithDesktop, Does_not_wait_for_the_tools_end) {
-  // The tool ends only when the test, after the call, lets it.
-  desktop_.install("xdg-open", "while [ ! -e '" + host("go") + "' ]; do /bin/sleep 0.01; done; echo went");
+  // The tool ends only when the test, after the call, lets it, or with the test's folder.
+  desktop_.install("xdg-open", "cd '" + host("") + "'\nwhile [ ! -e go ] && [ -e bin/xdg-open ]\n" +
+                                   "do /bin/sleep 0.01; done; echo went");
   EXPECT_EQ(openWithDesktop(file("a.txt")), kNoError);
   desktop_.home().write("go", "");
   EXPECT_EQ(desktop_.callOf("xdg-open"), host("a.txt") + "\nwent\n");

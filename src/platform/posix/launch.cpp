@@ -108,6 +108,7 @@ ErrorCode launchDetached(const std::string& program, const std::vector<std::stri
   std::vector<std::string> texts = {program};
   texts.insert(texts.end(), arguments.begin(), arguments.end());
   std::vector<char*> words;
+  words.reserve(texts.size() + 1);
   for (std::string& text : texts) words.push_back(text.data());
   words.push_back(nullptr);
 

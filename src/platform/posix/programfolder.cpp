@@ -1,6 +1,5 @@
 #include "platform/posix/programfolder.h"
 
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +14,7 @@
 #include "platform/posix/drivelines.h"
 #include "platform/posix/errno.h"
 #include "platform/posix/hostfile.h"
+#include "platform/posix/userfolders.h"
 
 namespace tandemize::platform {
 
@@ -38,18 +38,6 @@ std::string workingFolder() {
   std::error_code failed;
   const fs::path folder = fs::current_path(failed);
   return failed ? std::string("/") : folder.string();
-}
-
-std::string homeFolder() {
-  if (std::string home = environment("HOME"); !home.empty()) return home;
-  const passwd* const user = ::getpwuid(::getuid());
-  return user == nullptr || user->pw_dir == nullptr ? std::string("/") : std::string(user->pw_dir);
-}
-
-// A relative XDG folder counts as not set.
-std::string userDataFolder() {
-  const std::string folder = environment("XDG_DATA_HOME");
-  return folder.substr(0, 1) == "/" ? folder : homeFolder() + "/.local/share";
 }
 
 std::string shippedDataFolder() {

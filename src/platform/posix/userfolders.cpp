@@ -58,8 +58,12 @@ std::string userConfigFolder() {
   return folderOf("XDG_CONFIG_HOME", "/.config");
 }
 
+std::string userDataFolder() {
+  return folderOf("XDG_DATA_HOME", "/.local/share");
+}
+
 std::string userApplicationsFolder() {
-  return folderOf("XDG_DATA_HOME", "/.local/share") + "/applications";
+  return userDataFolder() + "/applications";
 }
 
 // Of several lines the last holds, as for the shells that read the same file.

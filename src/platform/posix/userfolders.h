@@ -11,6 +11,9 @@ namespace tandemize::platform {
 // `$XDG_CONFIG_HOME` (default ~/.config). A relative folder in the variable counts as not set.
 [[nodiscard]] std::string userConfigFolder();
 
+// `$XDG_DATA_HOME` (default ~/.local/share). A relative folder in the variable counts as not set.
+[[nodiscard]] std::string userDataFolder();
+
 // The applications of the user's menu: `$XDG_DATA_HOME/applications` (default ~/.local/share).
 [[nodiscard]] std::string userApplicationsFolder();
 

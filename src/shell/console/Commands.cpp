@@ -158,6 +158,7 @@ class Console {
     }
     FrmBackupChoice dialog;
     if (!readProfile(dialog)) return Refused;
+    if (dialog.ProcessoAnnullato) return Stopped;  // the run's start would clear a stop that came this early
     dialog.cmbTipoBackup = line_.type;
     dialog.Opt = line_.mode;
     dialog.ChkCreateFolder = line_.subfolder;
