@@ -1,14 +1,10 @@
 // The planning walk: from the diagram's sources to one transfer for each file and destination.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <functional>
-#include <memory>
 #include <set>
 
-#include "backup/BackupRun.h"
+#include "backup/Planner.h"
 #include "fixtures/DeepTree.h"
 #include "platform/machine.h"
 #include "profile/ModuloProfilo.h"
@@ -19,35 +15,9 @@ namespace {
 namespace fs = std::filesystem;
 using test::BackupFolder;
 using test::Diagram;
+using test::Plan;
 using test::plannedTransfers;
-
-using Plan = std::set<std::string>;
-
-class Planner : public BackupFolder {
- public:
-  ~Planner() { forgetHooks(); }
-
-  // Plans a run over the profile of now; what the dialog holds can be set before.
-  FrmBackupChoice& plan(bool accurate = false, const std::function<void(FrmBackupChoice&)>& prepare = {}) {
-    dialog_ = std::make_unique<FrmBackupChoice>();
-    if (prepare) prepare(*dialog_);
-    dialog_->PrelevaFilePerBackup(accurate);
-    return *dialog_;
-  }
-  [[nodiscard]] Plan planned() const {
-    const std::vector<std::string> all = plannedTransfers();
-    return {all.begin(), all.end()};
-  }
-  [[nodiscard]] std::string to(const std::string& source, const std::string& destination) const {
-    return program(source) + " -> " + program(destination);
-  }
-  void folders(const std::vector<std::string>& names) {
-    for (const std::string& name : names) work().makeFolder(name);
-  }
-
- private:
-  std::unique_ptr<FrmBackupChoice> dialog_;
-};
+using test::Planner;
 
 TEST(PrelevaFilePerBackup, Every_file_goes_to_every_destination_that_names_its_source) {
   Planner p;
@@ -480,207 +450,6 @@ TEST(Subfolder, Type_and_check_box_and_mode_decide) {
       EXPECT_EQ(p.home().read("LastBackup.dat"), c.remembered) << i;
     }
   }
-}
-
-// --- the incremental type
-
-std::string listLine(const BackupFolder& p, const std::string& file, const std::string& date) {
-  return p.program(file) + "#_#_#" + date + "#_#_#1\r\n";
-}
-
-std::string dateOf(const BackupFolder& p, const std::string& file) {
-  struct stat status = {};
-  ::stat(const_cast<BackupFolder&>(p).work().host(file).c_str(), &status);
-  return test::dateText(status.st_mtime);
-}
-
-void incremental(FrmBackupChoice& dialog) {
-  dialog.cmbTipoBackup = TipoBackup::Incrementale;
-}
-
-// Through the button, since it is what reads the list; the mode is a test, so nothing is copied.
-std::set<std::string> incrementalPlan(Planner& p) {
-  FrmBackupChoice dialog;
-  incremental(dialog);
-  ApplicazioneNascosta = true;
-  EXPECT_TRUE(dialog.Anteprima());
-  return p.planned();
-}
-
-TEST(Incremental, Files_of_the_list_with_the_same_date_are_left_out) {
-  Planner p;
-  for (const char* file : {"s/same", "s/changed", "s/new"}) p.work().write(file, "x");
-  p.folders({"d"});
-  p.use(Diagram::copying(p.program("s"), p.program("d")));
-  p.home().write("FilesList.Dat", listLine(p, "s/same", dateOf(p, "s/same")) +
-                                      listLine(p, "s/changed", "01/01/1999 00.00.00"));
-  EXPECT_EQ(incrementalPlan(p), (Plan{p.to("s/changed", "d/changed"), p.to("s/new", "d/new")}));
-}
-
-TEST(Incremental, An_older_line_with_the_same_date_stops_the_copy_too) {
-  Planner p;
-  p.work().write("s/a", "x");
-  p.folders({"d"});
-  p.use(Diagram::copying(p.program("s"), p.program("d")));
-  p.home().write("FilesList.Dat",
-                 listLine(p, "s/a", dateOf(p, "s/a")) + listLine(p, "s/a", "01/01/1999 00.00.00"));
-  EXPECT_EQ(incrementalPlan(p), Plan{});
-}
-
-TEST(Incremental, The_size_is_not_compared) {
-  Planner p;
-  p.work().write("s/a", "much longer than one byte");
-  p.folders({"d"});
-  p.use(Diagram::copying(p.program("s"), p.program("d")));
-  p.home().write("FilesList.Dat", listLine(p, "s/a", dateOf(p, "s/a")));
-  EXPECT_EQ(incrementalPlan(p), Plan{});
-}
-
-TEST(Incremental, An_empty_list_and_a_missing_one_copy_everything) {
-  for (const bool there : {true, false}) {
-    Planner p;
-    p.work().write("s/a", "x");
-    p.folders({"d"});
-    p.use(Diagram::copying(p.program("s"), p.program("d")));
-    if (there) p.home().write("FilesList.Dat", "");
-    EXPECT_EQ(incrementalPlan(p), Plan{p.to("s/a", "d/a")}) << there;
-  }
-}
-
-TEST(Incremental, Another_form_of_dates_makes_every_file_look_changed) {
-  Planner p;
-  p.work().write("s/a", "x");
-  p.folders({"d"});
-  p.use(Diagram::copying(p.program("s"), p.program("d")));
-  p.home().write("FilesList.Dat", listLine(p, "s/a", dateOf(p, "s/a")));
-  FormatoData = "yyyy-mm-dd";
-  EXPECT_EQ(incrementalPlan(p), Plan{p.to("s/a", "d/a")});
-}
-
-TEST(Incremental, A_file_that_is_left_out_is_left_out_for_every_destination) {
-  Planner p;
-  for (const char* file : {"s/a", "s/b", "s/c"}) p.work().write(file, "x");
-  p.folders({"d", "e"});
-  p.use(Diagram()
-            .source("S", p.program("s"))
-            .destination("D", p.program("d"), {"S"})
-            .destination("E", p.program("e"), {"S"}));
-  p.home().write("FilesList.Dat",
-                 listLine(p, "s/a", dateOf(p, "s/a")) + listLine(p, "s/c", dateOf(p, "s/c")));
-  EXPECT_EQ(incrementalPlan(p), (Plan{p.to("s/b", "d/b"), p.to("s/b", "e/b")}));
-}
-
-TEST(Incremental, Single_files_follow_the_list_as_well) {
-  Planner p;
-  p.work().write("s/a", "x");
-  p.work().write("s/b", "x");
-  p.folders({"d"});
-  p.use(Diagram().files("F", {p.program("s/a"), p.program("s/b")}).destination("D", p.program("d"), {"F"}));
-  p.home().write("FilesList.Dat", listLine(p, "s/a", dateOf(p, "s/a")));
-  EXPECT_EQ(incrementalPlan(p), Plan{p.to("s/b", "d/b")});
-}
-
-TEST(FileGiaSalvato, A_file_of_the_list_moves_the_row_on) {
-  Planner p;
-  p.work().write("s/a", "x");
-  p.home().write("FilesList.Dat", "C:\\a#_#_##_#_#1\r\n");
-  p.use(Diagram::copying(p.program("s"), p.program("s")));
-  FrmBackupChoice dialog;
-  incremental(dialog);
-  ApplicazioneNascosta = true;
-  ASSERT_TRUE(dialog.Anteprima());
-  std::size_t row = 4;
-  bool toCopy = true;
-  dialog.FileGiaSalvato(test::recordOf("C:\\a"), row, toCopy);
-  EXPECT_FALSE(toCopy);
-  EXPECT_EQ(row, 5U);
-  dialog.FileGiaSalvato(test::recordOf("C:\\b"), row, toCopy);
-  EXPECT_TRUE(toCopy);
-  EXPECT_EQ(row, 5U);
-}
-
-// --- single files
-
-TEST(SingleFiles, They_land_directly_under_the_destination_by_their_bare_names) {
-  Planner p;
-  p.work().write("one/deep/a", "12345");
-  p.work().write("two/b", "x");
-  p.folders({"d"});
-  p.use(Diagram()
-            .files("F", {p.program("one/deep/a"), p.program("two/b")})
-            .destination("D", p.program("d"), {"F"}));
-  p.plan();
-  EXPECT_EQ(plannedTransfers(), (std::vector<std::string>{p.to("one/deep/a", "d/a"), p.to("two/b", "d/b")}));
-  EXPECT_EQ(ArrayTrasferimento[0].Sorgente.Nome(), "\\a");
-  EXPECT_EQ(ArrayTrasferimento[0].Sorgente.Dimensione, 5);
-  EXPECT_EQ(ArrayTrasferimento[0].Sorgente.Attributi, 32);
-  EXPECT_EQ(ArrayTrasferimento[0].Sorgente.DataFile(), dateOf(p, "one/deep/a"));
-}
-
-TEST(SingleFiles, Each_is_told_in_the_log) {
-  Planner p;
-  p.work().write("one/a", "x");
-  p.folders({"d"});
-  p.use(Diagram()
-            .files("F", {p.program("one/a"), p.program("one/gone")})
-            .destination("D", p.program("d"), {"F"}));
-  p.plan();
-  EXPECT_EQ(p.logLines(),
-            (std::vector<std::string>{
-                "| " + Messaggio(138) + " '" + p.program("one/a") + "' ... OK",
-                "| " + Messaggio(138) + " '" + p.program("one/gone") + "' ... " + Messaggio(137)}));
-}
-
-TEST(SingleFiles, A_file_that_no_longer_exists_is_a_fault_of_its_own_code) {
-  Planner p;
-  p.work().write("one/a", "x");
-  p.folders({"d"});
-  p.use(Diagram()
-            .files("F", {p.program("one/gone"), p.program("one/a")})
-            .destination("D", p.program("d"), {"F"}));
-  const FrmBackupChoice& dialog = p.plan();
-  ASSERT_EQ(dialog.ListaErrori.size(), 1U);
-  EXPECT_EQ(dialog.ListaErrori[0].Percorso, p.program("one/gone"));
-  EXPECT_EQ(dialog.ListaErrori[0].Codice, CodiceErrore::NonTrovato);
-  EXPECT_EQ(plannedTransfers(), std::vector<std::string>{p.to("one/a", "d/a")});
-}
-
-TEST(SingleFiles, Every_entry_counts_whether_or_not_an_empty_one_ends_the_list) {
-  Planner p;
-  p.work().write("one/a", "x");
-  p.work().write("one/b", "x");
-  p.folders({"d"});
-  Diagram diagram;
-  diagram.files("F", {}).last().Files = {p.program("one/a"), "", p.program("one/b")};
-  diagram.destination("D", p.program("d"), {"F"});
-  p.use(diagram);
-  p.plan();
-  EXPECT_EQ(p.planned(), (Plan{p.to("one/a", "d/a"), p.to("one/b", "d/b")}));
-}
-
-TEST(SingleFiles, A_folder_in_the_list_is_no_file) {
-  Planner p;
-  p.work().makeFolder("one/folder");
-  p.folders({"d"});
-  p.use(Diagram().files("F", {p.program("one/folder")}).destination("D", p.program("d"), {"F"}));
-  EXPECT_EQ(p.plan().ListaErrori.size(), 1U);
-  EXPECT_TRUE(ArrayTrasferimento.Vuota());
-}
-
-TEST(SingleFiles, A_stop_ends_them) {
-  Planner p;
-  std::vector<std::string> files;
-  for (int i = 0; i < 20; ++i) {
-    p.work().write("one/" + std::to_string(i), "x");
-    files.push_back(p.program("one/" + std::to_string(i)));
-  }
-  p.folders({"d"});
-  p.use(Diagram().files("F", files).destination("D", p.program("d"), {"F"}));
-  p.screen.onEvents = [] {
-    if (ArrayScansione.Colonne() == 1 && ArrayScansione.Righe(0) == 3) AnnullaOperazioneInCorso();
-  };
-  EXPECT_TRUE(p.plan().ProcessoAnnullato);
-  EXPECT_TRUE(ArrayTrasferimento.Vuota());
 }
 
 // --- FTP
