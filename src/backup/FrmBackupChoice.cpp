@@ -38,19 +38,19 @@ bool FrmBackupChoice::Attiva() {
   return true;
 }
 
-EsitoBackup FrmBackupChoice::TastoOk_Annulla(int pulsante) {
-  if (pulsante != 0) return EsitoBackup::NienteDaFare;
+EsitoOperazione FrmBackupChoice::TastoOk_Annulla(int pulsante) {
+  if (pulsante != 0) return EsitoOperazione::NienteDaFare;
   ErroreInCorso = ProcessoAnnullato = false;
-  if (FormCaricato("FrmFileTransfer")) return EsitoBackup::Rifiutato;
+  if (FormCaricato("FrmFileTransfer")) return EsitoOperazione::Rifiutato;
   FilterIgnoreInvalidPath = ChkIgnorePath ? 1 : 0;
   if (const platform::ErrorCode errore = ScriviFileProfilo({}, -2); errore != platform::kNoError)
     ErroreFatale(errore, "TastoOk_Annulla", 0, 0, "File Name: < " + RestituisciNomeFiltro(FileProfilo) + " >",
                  "", 0);
-  if (!PreparaElencoSalvati()) return EsitoBackup::Rifiutato;
+  if (!PreparaElencoSalvati()) return EsitoOperazione::Rifiutato;
 
   const bool conDueOggetti = UltimoOggetto() >= 2;
-  EsitoBackup esito = Esegui();
-  if (!conDueOggetti) esito = EsitoBackup::Rifiutato;
+  EsitoOperazione esito = Esegui();
+  if (!conDueOggetti) esito = EsitoOperazione::Rifiutato;
   FineOperazione(ErroreInCorso, ErroreInCorso_Descrizione, ProcessoAnnullato);
   Enabled = true;
   return esito;
@@ -73,7 +73,7 @@ bool FrmBackupChoice::PreparaElencoSalvati() {
   return false;
 }
 
-EsitoBackup FrmBackupChoice::Esegui() {
+EsitoOperazione FrmBackupChoice::Esegui() {
   std::uint8_t indiceServer = 0;
   bool conFtp = false;
   ControllaEsistenza_FileFtp_Array_Oggetti(indiceServer, conFtp);
@@ -84,24 +84,26 @@ EsitoBackup FrmBackupChoice::Esegui() {
     ErroreInCorso |= fallita;
     if (ErroreInCorso || ProcessoAnnullato) {
       ErroreInCorso = false;
-      return std::exchange(ProcessoAnnullato, false) ? EsitoBackup::Annullato : EsitoBackup::Rifiutato;
+      return std::exchange(ProcessoAnnullato, false) ? EsitoOperazione::Annullato
+                                                     : EsitoOperazione::Rifiutato;
     }
   }
   PrelevaFilePerBackup(Accurato());
   if (SoloTest()) return EseguiTest(conFtp);
-  if (ProcessoAnnullato) return EsitoBackup::Annullato;
+  if (ProcessoAnnullato) return EsitoOperazione::Annullato;
   const bool errorePassato = erroreDiScansione_;
-  const EsitoBackup esito = InizioTrasferimento(MostraRapporto(true));
-  return errorePassato && (esito == EsitoBackup::Fatto || esito == EsitoBackup::NienteDaFare)
-             ? EsitoBackup::ErroreSuperato
+  const EsitoOperazione esito = InizioTrasferimento(MostraRapporto(true));
+  return errorePassato && (esito == EsitoOperazione::Fatto || esito == EsitoOperazione::NienteDaFare)
+             ? EsitoOperazione::ErroreSuperato
              : esito;
 }
 
-EsitoBackup FrmBackupChoice::EseguiTest(bool conFtp) {
-  const EsitoBackup esito = ProcessoAnnullato ? EsitoBackup::Annullato
-                            : MostraRapporto(false)
-                                ? (erroreDiScansione_ ? EsitoBackup::ErroreSuperato : EsitoBackup::Fatto)
-                                : EsitoBackup::Rifiutato;
+EsitoOperazione FrmBackupChoice::EseguiTest(bool conFtp) {
+  const EsitoOperazione esito =
+      ProcessoAnnullato ? EsitoOperazione::Annullato
+      : MostraRapporto(false)
+          ? (erroreDiScansione_ ? EsitoOperazione::ErroreSuperato : EsitoOperazione::Fatto)
+          : EsitoOperazione::Rifiutato;
   if (conFtp) DisconnettiServer("");
   SvuotaListaAProgressione(2);
   SvuotaListaAProgressione(1);
@@ -130,33 +132,33 @@ void FrmBackupChoice::ControllaEsistenza_FileFtp_Array_Oggetti(std::uint8_t& ind
   }
 }
 
-EsitoBackup FrmBackupChoice::InizioTrasferimento(bool procedi) {
+EsitoOperazione FrmBackupChoice::InizioTrasferimento(bool procedi) {
   Enabled = false;
   if (ArrayTrasferimento.Vuota()) {
     if (ApplicazioneNascosta)
       MostraBalloon(Nome(), Messaggio(121), TitoloApplicazione, 0, 0, false, true);
     else
       MsgBox(Messaggio(121), StileInformazione);
-    return procedi ? EsitoBackup::NienteDaFare : EsitoBackup::Rifiutato;
+    return procedi ? EsitoOperazione::NienteDaFare : EsitoOperazione::Rifiutato;
   }
-  if (!procedi) return EsitoBackup::Rifiutato;
+  if (!procedi) return EsitoOperazione::Rifiutato;
   FrmFileTransfer trasferimento;
   const bool salvaLista = cmbTipoBackup != TipoBackup::Standard;
   const bool eseguito = trasferimento.Init(0, salvaLista, cmbTipoBackup == TipoBackup::Incrementale);
   Falliti = std::move(trasferimento.Falliti);
   NumeroFalliti = trasferimento.NumeroFalliti;
-  if (!eseguito) return ProcessoAnnullato ? EsitoBackup::Annullato : EsitoBackup::Rifiutato;
+  if (!eseguito) return ProcessoAnnullato ? EsitoOperazione::Annullato : EsitoOperazione::Rifiutato;
   switch (trasferimento.EsitoCopia) {
     case EsitoTrasferimento::Annullato:
-      return EsitoBackup::Annullato;
+      return EsitoOperazione::Annullato;
     case EsitoTrasferimento::ErroreSuperato:
-      return EsitoBackup::ErroreSuperato;
+      return EsitoOperazione::ErroreSuperato;
     case EsitoTrasferimento::FileFallito:
-      return EsitoBackup::FileFalliti;
+      return EsitoOperazione::FileFalliti;
     case EsitoTrasferimento::Nessuno:
       break;
   }
-  return EsitoBackup::Fatto;
+  return EsitoOperazione::Fatto;
 }
 
 }  // namespace tandemize

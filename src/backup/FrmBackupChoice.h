@@ -9,6 +9,7 @@
 
 #include "backup/ElencoSalvati.h"
 #include "backup/FrmFileTransfer.h"
+#include "errors/EsitoOperazione.h"
 #include "errors/ModuloGestioneErrori.h"
 #include "presentation/FrmProgressBar.h"
 #include "profile/ModelloBackup.h"
@@ -25,16 +26,6 @@ enum class ModoEsecuzione : std::uint8_t {
   TestAccurato = 1,
   TestVeloceEBackup = 2,
   TestAccuratoEBackup = 3
-};
-
-// How a run ended, for whoever started it.
-enum class EsitoBackup {
-  Fatto,           // all copied, or a test found no fault
-  NienteDaFare,    // nothing to copy
-  Annullato,       // stopped by the user
-  ErroreSuperato,  // an error was passed over
-  FileFalliti,     // a file failed
-  Rifiutato,       // refused before it started: a check failed
 };
 
 // Codes of a fault that a check found.
@@ -63,7 +54,7 @@ class FrmBackupChoice : public FinestraOperazione {
   bool Attiva();
 
   // Button 0 runs, button 1 cancels.
-  EsitoBackup TastoOk_Annulla(int pulsante);
+  EsitoOperazione TastoOk_Annulla(int pulsante);
 
   // Plans as a run of the chosen type and mode would, fills ArrayTrasferimento and judges it, but writes no
   // file of any kind. False if a check failed or the user stopped it; the report was shown.
@@ -80,7 +71,7 @@ class FrmBackupChoice : public FinestraOperazione {
   void FileGiaSalvato(const RecordFile& record, std::size_t& riga, bool& daCopiare);
   void CreaRapporto(std::string& testo, bool& tuttoBene) const;
   bool MostraRapporto(bool silenzioso);
-  EsitoBackup InizioTrasferimento(bool procedi);
+  EsitoOperazione InizioTrasferimento(bool procedi);
 
   // The dialog's controls.
   TipoBackup cmbTipoBackup = TipoBackup::Standard;
@@ -102,8 +93,8 @@ class FrmBackupChoice : public FinestraOperazione {
     return Opt == ModoEsecuzione::TestVeloce || Opt == ModoEsecuzione::TestAccurato;
   }
   [[nodiscard]] bool Accurato() const { return static_cast<int>(Opt) % 2 == 1; }
-  EsitoBackup Esegui();
-  EsitoBackup EseguiTest(bool conFtp);
+  EsitoOperazione Esegui();
+  EsitoOperazione EseguiTest(bool conFtp);
   bool PreparaElencoSalvati();
   void AggiungiErrore(std::string_view percorso, CodiceErrore codice);
   void ControllaOggetto(OggettoBackup& oggetto);

@@ -4,6 +4,7 @@
 // every rule; a screen only shows and answers.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -56,6 +57,26 @@ struct StatoTrasferimento {
   double massimoFile = 100, valoreFile = 0;  // the bar of the file at hand
 };
 
+// Where the comparison stands for one path: the position in its column, the files that are to be added to the
+// path because they are missing there, and the files that are to be replaced in it.
+struct ContatoriUnita {
+  std::int32_t Posizione = 0, Mancanti = 0, Sostituire = 0;
+  friend bool operator==(const ContatoriUnita&, const ContatoriUnita&) = default;
+};
+
+// A row of the list of one path (ListUnità): what will change there. Texts are ready to be shown.
+struct RigaUnita {
+  std::string chiave;  // full path of the file that will change; a list has one row a key
+  std::string nome, data, dimensione, attributi, stato;
+  int etichettaStato = 0;  // tag of the status: 1 for a file that will be replaced, 0 for all others
+  // Where the icon comes from: the file itself (the first of the two that has one), or the one shared by all
+  // files of the extension, or none.
+  enum class Icona { Nessuna, DelTipo, DelFile } icona = Icona::Nessuna;
+  std::string estensione;  // upper-cased, with its dot
+  std::string sorgente, destinazione;
+  friend bool operator==(const RigaUnita&, const RigaUnita&) = default;
+};
+
 class Schermo {
  public:
   Schermo() = default;
@@ -79,6 +100,17 @@ class Schermo {
   virtual void Mostra(const StatoScansione&) {}
   virtual void Mostra(const StatoAvanzamento&) {}
   virtual void Mostra(const StatoTrasferimento&) {}
+
+  // The lists of the synchronisation window. A screen that shows none is asked for nothing else of these.
+  [[nodiscard]] virtual bool MostraUnita() const { return false; }
+  virtual void AggiungiRigaUnita(std::size_t, const RigaUnita&) {}
+  virtual void SvuotaRigheUnita() {}                         // the rows of all lists, and their icons
+  virtual void RifaiUnita() {}                               // panels made anew for the profile's paths
+  virtual void AggiornaInfo(std::size_t) {}                  // status row of a path, from its drive
+  virtual void AggiornaInfo(std::size_t, ContatoriUnita) {}  // only the counters of the status row
+  virtual void IntestazioneUnita(std::size_t, std::string_view) {
+  }                                       // header of a path's panel; empty: its path
+  virtual void MostraRigheUnita(bool) {}  // lists are hidden while they fill
 
   // FrmBackupErrorLog, shown modally: the lines of `testo` (parted by CR) under a title.
   virtual void MostraElencoErrori(std::string_view testo, std::string_view titolo) = 0;

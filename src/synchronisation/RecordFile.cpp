@@ -55,7 +55,9 @@ std::string RecordFile::Nome() const {
 }
 
 std::string RecordFile::NomeMaiuscolo() const {
-  return Maiuscolo(Nome());
+  std::string nome = Maiuscolo(Nome());
+  if (TipoPercorso == PercorsoFtp) std::replace(nome.begin(), nome.end(), '/', '\\');
+  return nome;
 }
 
 std::string RecordFile::DataFile() const {
@@ -81,7 +83,14 @@ const RecordFile& TabellaScansione::Riga(std::size_t colonna, std::size_t riga) 
 
 void ListaTrasferimento::Accorcia(std::size_t numero) {
   record_.Accorcia(numero);
-  if (record_.empty()) depositi_.clear();
+  if (!record_.empty()) return;
+  depositi_.clear();
+  proprio_.reset();
+}
+
+DepositoNomi& ListaTrasferimento::Deposito() {
+  if (!proprio_) proprio_ = std::make_shared<DepositoNomi>();
+  return *proprio_;
 }
 
 void ListaTrasferimento::Conserva(const std::shared_ptr<DepositoNomi>& deposito) {

@@ -32,6 +32,9 @@ class DepositoNomi {
 
 inline constexpr std::int64_t DataAssente = INT64_MIN;
 
+// What told two files of the same name apart.
+enum class MotivoOperazione : std::uint8_t { Nessuno, Data, Dimensione, Crc };
+
 class RecordFile {
  public:
   RecordFile() = default;
@@ -49,8 +52,9 @@ class RecordFile {
 
   [[nodiscard]] std::string Percorso() const;  // full path of the file
   [[nodiscard]] std::string Nome() const;  // relative to the scanned path, with the separator of that path
-  [[nodiscard]] std::string NomeMaiuscolo() const;  // upper-cased: the sort key
-  [[nodiscard]] std::string DataFile() const;       // last write date as text; empty if there is none
+  // Upper-cased, with "\\" as separator for every kind of path: the sort key.
+  [[nodiscard]] std::string NomeMaiuscolo() const;
+  [[nodiscard]] std::string DataFile() const;  // last write date as text; empty if there is none
   [[nodiscard]] std::string_view UltimoNome() const { return {nome_, lunghezza_}; }  // behind the folder
   [[nodiscard]] const std::string* CartellaDelFile() const {
     return cartella_;
@@ -69,10 +73,11 @@ class RecordFile {
   std::uint32_t lunghezza_ = 0, inizio_ = 0;
 
  public:
-  std::int32_t Attributi = 0;    // -1 marks a file whose CRC could not be read
-  std::int8_t TipoPercorso = 0;  // kind of storage
-  bool FileNuovo = false;        // of a destination: the file does not exist there yet
-  bool DaEliminare = false;      // the file is to be deleted
+  std::int32_t Attributi = 0;                           // -1 marks a file whose CRC could not be read
+  std::int8_t TipoPercorso = 0;                         // kind of storage
+  bool FileNuovo = false;                               // of a destination: the file does not exist there yet
+  bool DaEliminare = false;                             // the file is to be deleted
+  MotivoOperazione Motivo = MotivoOperazione::Nessuno;  // of a destination: why it is to be replaced
 };
 static_assert(sizeof(RecordFile) <= 48);
 
@@ -131,12 +136,16 @@ class ListaTrasferimento {
   void Accorcia(std::size_t numero);
   void Svuota() { Accorcia(0); }
 
+  // The list's own store, for records whose texts shall not hold a whole scan in memory. It goes when the
+  // list is emptied.
+  [[nodiscard]] DepositoNomi& Deposito();
   // Keeps a store alive that records of the list take their texts from.
   void Conserva(const std::shared_ptr<DepositoNomi>& deposito);
 
  private:
   ListaABlocchi<RecordOperazione> record_;
   std::vector<std::shared_ptr<DepositoNomi>> depositi_;
+  std::shared_ptr<DepositoNomi> proprio_;
 };
 
 extern TabellaScansione ArrayScansione;        // written by FrmScan and the planning of single files

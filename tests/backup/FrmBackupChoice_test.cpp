@@ -31,7 +31,7 @@ class Runner : public BackupFolder {
     work().makeFolder("destination");
     use(Diagram::copying(program("source"), program("destination")));
   }
-  EsitoBackup run(TipoBackup type = Standard, ModoEsecuzione mode = TestVeloceEBackup) {
+  EsitoOperazione run(TipoBackup type = Standard, ModoEsecuzione mode = TestVeloceEBackup) {
     FrmBackupChoice dialog;
     dialog.cmbTipoBackup = type;
     dialog.Opt = mode;
@@ -99,7 +99,7 @@ TEST(FrmBackupChoice, The_cancel_button_runs_nothing) {
 TEST(FrmBackupChoice, No_second_run_starts_while_a_transfer_is_loaded) {
   Runner program;
   const FrmFileTransfer running;
-  EXPECT_EQ(program.run(), EsitoBackup::Rifiutato);
+  EXPECT_EQ(program.run(), EsitoOperazione::Rifiutato);
   EXPECT_FALSE(program.copied());
 }
 
@@ -125,7 +125,7 @@ TEST(FrmBackupChoice, The_modes_test_quickly_or_accurately_and_copy_or_not) {
                {TestAccuratoEBackup, true, true}};
   for (const auto& c : cases) {
     Runner program;
-    EXPECT_EQ(program.run(Standard, c.mode), EsitoBackup::Fatto);
+    EXPECT_EQ(program.run(Standard, c.mode), EsitoOperazione::Fatto);
     EXPECT_EQ(program.copied(), c.copies);
     EXPECT_EQ(test::countLinesWith(program.logLines(), Messaggio(138)), c.accurate ? 1 : 0);
     EXPECT_EQ(program.boxes(), std::vector<std::string>{Messaggio(c.copies ? 189 : 139)});
@@ -140,7 +140,7 @@ TEST(FrmBackupChoice, A_fault_ends_any_mode_without_a_copy_not_even_of_the_sound
                     .source("S", program.program("source"))
                     .files("F", {program.program("gone")})
                     .destination("D", program.program("destination"), {"S", "F"}));
-    EXPECT_EQ(program.run(Standard, mode), EsitoBackup::Rifiutato);
+    EXPECT_EQ(program.run(Standard, mode), EsitoOperazione::Rifiutato);
     EXPECT_FALSE(program.copied());
     EXPECT_EQ(program.screen.errorLists.size(), 1U);
   }
@@ -149,7 +149,7 @@ TEST(FrmBackupChoice, A_fault_ends_any_mode_without_a_copy_not_even_of_the_sound
 TEST(FrmBackupChoice, A_refused_check_with_an_empty_plan_also_tells_that_there_is_nothing_to_copy) {
   Runner program;
   program.use(Diagram::copying(program.program("gone"), program.program("destination")));
-  EXPECT_EQ(program.run(), EsitoBackup::Rifiutato);
+  EXPECT_EQ(program.run(), EsitoOperazione::Rifiutato);
   EXPECT_EQ(program.screen.errorLists.size(), 1U);
   EXPECT_EQ(test::countLinesWith(program.boxes(), Messaggio(121)), 1);
 }
@@ -159,7 +159,7 @@ TEST(FrmBackupChoice, Nothing_to_copy_is_told_by_a_box_or_unattended_by_a_balloo
     Runner program;
     ApplicazioneNascosta = hidden;
     fs::remove(program.work().host("source/a"));
-    EXPECT_EQ(program.run(), EsitoBackup::NienteDaFare);
+    EXPECT_EQ(program.run(), EsitoOperazione::NienteDaFare);
     EXPECT_EQ(hidden ? program.balloons() : program.boxes(), std::vector<std::string>{Messaggio(121)});
     EXPECT_TRUE((hidden ? program.boxes() : program.balloons()).empty());
   }
@@ -168,13 +168,13 @@ TEST(FrmBackupChoice, Nothing_to_copy_is_told_by_a_box_or_unattended_by_a_balloo
 TEST(FrmBackupChoice, Fewer_than_two_objects_are_refused_with_their_message) {
   Runner program;
   program.use(Diagram().source("S", program.program("source")));
-  EXPECT_EQ(program.run(), EsitoBackup::Rifiutato);
+  EXPECT_EQ(program.run(), EsitoOperazione::Rifiutato);
   EXPECT_EQ(test::countLinesWith(program.boxes(), Messaggio(122)), 1);
 }
 
 TEST(FrmBackupChoice, An_incremental_run_without_a_list_is_refused_while_somebody_looks) {
   Runner program;
-  EXPECT_NE(program.run(Incrementale), EsitoBackup::Fatto);
+  EXPECT_NE(program.run(Incrementale), EsitoOperazione::Fatto);
   EXPECT_FALSE(program.copied());
   ASSERT_EQ(program.screen.boxes.size(), 1U);
   EXPECT_EQ(program.screen.boxes[0].text, WithoutFullRun);
@@ -184,7 +184,7 @@ TEST(FrmBackupChoice, An_incremental_run_without_a_list_is_refused_while_somebod
 TEST(FrmBackupChoice, An_unattended_incremental_run_without_a_list_copies_everything) {
   Runner program;
   ApplicazioneNascosta = true;
-  EXPECT_EQ(program.run(Incrementale), EsitoBackup::Fatto);
+  EXPECT_EQ(program.run(Incrementale), EsitoOperazione::Fatto);
   EXPECT_TRUE(program.copied());
   EXPECT_TRUE(program.home().exists("FilesList.Dat"));
 }
@@ -193,7 +193,7 @@ TEST(FrmBackupChoice, A_list_that_cannot_be_read_is_not_taken_for_a_missing_one)
   Runner program;
   ApplicazioneNascosta = true;
   program.home().makeFolder("FilesList.Dat");
-  EXPECT_EQ(program.run(Incrementale), EsitoBackup::Rifiutato);
+  EXPECT_EQ(program.run(Incrementale), EsitoOperazione::Rifiutato);
   EXPECT_FALSE(program.copied());
 }
 
@@ -217,7 +217,7 @@ TEST(FrmBackupChoice, The_types_differ_in_their_files_their_list_and_their_subfo
       (file.UltimoNome() == "saved" ? saved : fresh) = line;
     }
     program.home().write("FilesList.Dat", old + saved);
-    EXPECT_EQ(program.run(c.type), EsitoBackup::Fatto);
+    EXPECT_EQ(program.run(c.type), EsitoOperazione::Fatto);
     EXPECT_TRUE(program.copied());
     EXPECT_EQ(program.work().exists("destination/saved"), c.copiesSaved);
     const std::string list = program.home().read("FilesList.Dat");
@@ -249,12 +249,12 @@ TEST(FrmBackupChoice, A_full_run_into_a_subfolder_is_followed_by_incremental_one
   FrmBackupChoice dialog;
   dialog.ChkCreateFolder = true;
   dialog.cmbTipoBackup = Completo;
-  ASSERT_EQ(dialog.TastoOk_Annulla(0), EsitoBackup::Fatto);
+  ASSERT_EQ(dialog.TastoOk_Annulla(0), EsitoOperazione::Fatto);
   const std::string name = program.home().read("LastBackup.dat");
   EXPECT_EQ(program.work().read("destination/" + name + "/a"), "content");
   program.work().write("source/b", "new");
   dialog.cmbTipoBackup = Incrementale;
-  ASSERT_EQ(dialog.TastoOk_Annulla(0), EsitoBackup::Fatto);
+  ASSERT_EQ(dialog.TastoOk_Annulla(0), EsitoOperazione::Fatto);
   EXPECT_EQ(program.work().read("destination/" + name + "/b"), "new");
   EXPECT_EQ(program.home().read("LastBackup.dat"), name);
 }
@@ -262,7 +262,7 @@ TEST(FrmBackupChoice, A_full_run_into_a_subfolder_is_followed_by_incremental_one
 TEST(FrmBackupChoice, A_fault_of_a_subfolder_is_passed_over_and_the_rest_copied) {
   Runner program;
   const test::DeepTree deep(program.work().host("source"), std::string(200, 'f'), 30, "deep");
-  EXPECT_EQ(program.run(), EsitoBackup::ErroreSuperato);
+  EXPECT_EQ(program.run(), EsitoOperazione::ErroreSuperato);
   EXPECT_TRUE(program.copied());
 }
 
@@ -272,7 +272,7 @@ TEST(FrmBackupChoice, A_stop_while_planning_is_logged_and_copies_nothing) {
   program.screen.onEvents = [] {
     if (FormCaricato("FrmScan")) AnnullaOperazioneInCorso();
   };
-  EXPECT_EQ(program.run(), EsitoBackup::Annullato);
+  EXPECT_EQ(program.run(), EsitoOperazione::Annullato);
   EXPECT_FALSE(program.copied());
   EXPECT_EQ(test::countLinesWith(program.logLines(), "| - " + Messaggio(329) + " -"), 1);
   EXPECT_EQ(test::countLinesWith(program.logLines(), Messaggio(175)), 0);
@@ -284,7 +284,7 @@ TEST(FrmBackupChoice, A_stop_of_a_test_is_told_from_a_test_without_faults) {
     program.screen.onEvents = [] {
       if (FormCaricato("FrmScan")) AnnullaOperazioneInCorso();
     };
-    EXPECT_EQ(program.run(Standard, mode), EsitoBackup::Annullato);
+    EXPECT_EQ(program.run(Standard, mode), EsitoOperazione::Annullato);
     EXPECT_EQ(test::countLinesWith(program.boxes(), Messaggio(139)), 0);
   }
 }
@@ -293,7 +293,7 @@ TEST(FrmBackupChoice, After_a_run_its_flags_are_clear_and_it_is_enabled_again) {
   Runner program;
   FrmBackupChoice dialog;
   dialog.ErroreInCorso = dialog.ProcessoAnnullato = true;
-  EXPECT_EQ(dialog.TastoOk_Annulla(0), EsitoBackup::Fatto);
+  EXPECT_EQ(dialog.TastoOk_Annulla(0), EsitoOperazione::Fatto);
   EXPECT_FALSE(dialog.ErroreInCorso);
   EXPECT_FALSE(dialog.ProcessoAnnullato);
   EXPECT_TRUE(dialog.Enabled);
@@ -312,7 +312,7 @@ TEST(FrmBackupChoice, A_diagram_with_an_ftp_object_is_refused_when_no_server_ans
   Diagram diagram = Diagram::copying(program.program("source"), "/backup");
   diagram.last().BackFigura = 2;
   program.use(diagram);
-  EXPECT_EQ(program.run(), EsitoBackup::Rifiutato);
+  EXPECT_EQ(program.run(), EsitoOperazione::Rifiutato);
   EXPECT_EQ(test::countLinesWith(program.logLines(), program.program("source")), 0);
 }
 
@@ -343,7 +343,7 @@ TEST(Anteprima, A_run_after_a_preview_writes_again) {
   dialog.cmbTipoBackup = Completo;
   dialog.ChkCreateFolder = true;
   EXPECT_TRUE(dialog.Anteprima());
-  EXPECT_EQ(dialog.TastoOk_Annulla(0), EsitoBackup::Fatto);
+  EXPECT_EQ(dialog.TastoOk_Annulla(0), EsitoOperazione::Fatto);
   EXPECT_TRUE(program.home().exists("LastBackup.dat"));
 }
 

@@ -71,7 +71,7 @@ void expectWithLittleMemory(Risposta answer, bool copied) {
   hostFaults().freeMemory = 5485759;
   folder.screen.answers = {answer};
   FrmBackupChoice dialog;
-  EXPECT_EQ(dialog.TastoOk_Annulla(0), EsitoBackup::Fatto);
+  EXPECT_EQ(dialog.TastoOk_Annulla(0), EsitoOperazione::Fatto);
   EXPECT_EQ(folder.work().exists("destination/a") && folder.work().exists("destination/b"), copied);
   std::size_t questions = 0;
   for (const test::ShownBox& box : folder.screen.boxes)
@@ -94,7 +94,7 @@ TEST(LittleMemory, Enough_memory_asks_nothing) {
   folder.work().write("source/a", "1");
   hostFaults().freeMemory = 5485760;
   FrmBackupChoice dialog;
-  EXPECT_EQ(dialog.TastoOk_Annulla(0), EsitoBackup::Fatto);
+  EXPECT_EQ(dialog.TastoOk_Annulla(0), EsitoOperazione::Fatto);
   hostFaults() = {};
   for (const test::ShownBox& box : folder.screen.boxes) EXPECT_NE(box.style, StileSìNo);
 }

@@ -177,18 +177,18 @@ class Console {
     return Done;
   }
 
-  static int statusOf(EsitoBackup esito) {
+  static int statusOf(EsitoOperazione esito) {
     switch (esito) {
-      case EsitoBackup::Fatto:
-      case EsitoBackup::NienteDaFare:
+      case EsitoOperazione::Fatto:
+      case EsitoOperazione::NienteDaFare:
         return Done;
-      case EsitoBackup::Annullato:
+      case EsitoOperazione::Annullato:
         return Stopped;
-      case EsitoBackup::ErroreSuperato:
+      case EsitoOperazione::ErroreSuperato:
         return ErrorPassedOver;
-      case EsitoBackup::FileFalliti:
+      case EsitoOperazione::FileFalliti:
         return FileFailed;
-      case EsitoBackup::Rifiutato:
+      case EsitoOperazione::Rifiutato:
         break;
     }
     return Refused;
