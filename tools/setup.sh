@@ -12,18 +12,23 @@ declare -A package_use=(
   [pkg-config]="finds the libraries"
   [libdeflate-dev]="library: CRC-32 of files"
   [libutf8proc-dev]="library: upper case of file names"
+  [libsystemd-dev]="library: asks the login service over D-Bus"
   [libgtest-dev]="the tests' framework"
   [tzdata]="the tests' time zones"
+  [dbus-daemon]="the tests' private message bus"
+  [python3-aiosmtpd]="the tests' mail server"
+  [python3-pyftpdlib]="the tests' FTP server"
+  [vsftpd]="the tests' second FTP server"
   [python3]="the tools that draw and check"
   [clang]="second compiler, for its own warnings"
   [clang-format]="checks the form of the sources"
   [clang-tidy]="finds faults in the sources"
 )
 
-build_packages=(g++ cmake ninja-build pkg-config libdeflate-dev libutf8proc-dev)
-test_packages=("${build_packages[@]}" libgtest-dev python3 tzdata)
+build_packages=(g++ cmake ninja-build pkg-config libdeflate-dev libutf8proc-dev libsystemd-dev)
+test_packages=("${build_packages[@]}" libgtest-dev python3 tzdata dbus-daemon python3-aiosmtpd python3-pyftpdlib)
 # shellcheck disable=SC2034
-ci_packages=("${test_packages[@]}" clang clang-format clang-tidy)
+ci_packages=("${test_packages[@]}" vsftpd clang clang-format clang-tidy)
 
 say() { printf '== %s\n' "$*" >&2; }
 stop() {
