@@ -1,7 +1,7 @@
-#include "backup/FrmFileTransfer.h"
-
 #include <algorithm>
+#include <functional>
 
+#include "backup/FrmFileTransfer.h"
 #include "errors/ModuloLog.h"
 #include "platform/machine.h"
 #include "presentation/Avvisi.h"
@@ -23,7 +23,6 @@ namespace {
 
 constexpr std::int64_t MemoriaMinima = 5485760;
 constexpr std::uint64_t MillisecondiFraMemorie = 100;
-constexpr std::int32_t FixChiedi = 1, FixTutti = 2;
 constexpr std::size_t FallitiConservati = 1000;
 constexpr std::size_t FilePerLaScorta = 4;  // fewer in one folder are not worth a thread's wake-up
 
@@ -41,11 +40,11 @@ const std::string& TestoDiChiusura(EsitoTrasferimento esito) {
   return Messaggio(189);
 }
 
-void PeggioraEsito(EsitoTrasferimento& esito, EsitoTrasferimento nuovo) {
-  if (esito == EsitoTrasferimento::Nessuno) esito = nuovo;
-}
-
 }  // namespace
+
+void FrmFileTransfer::PeggioraEsito(EsitoTrasferimento nuovo) {
+  if (EsitoCopia == EsitoTrasferimento::Nessuno) EsitoCopia = nuovo;
+}
 
 FrmFileTransfer::FrmFileTransfer() : FinestraOperazione("FrmFileTransfer") {
   Visible = false;
@@ -92,6 +91,7 @@ void FrmFileTransfer::TrasferisciFile() {
     if (MemoriaInEsaurimento() || ProcessoAnnullato) return;
     if (!TrasferisciRecord(i)) return;
   }
+  conclusa_ = true;
 }
 
 // Asked once a run. Yes stops the run without any failure. Memory is looked at between files, but no more
@@ -119,18 +119,18 @@ bool FrmFileTransfer::TrasferisciRecord(std::size_t i) {
                               : operazione.Sorgente.TipoPercorso == PercorsoFtp   ? Direzione::DalServer
                                                                                   : Direzione::Locale;
   if (!PreparaCartella(i)) return false;
-  bool continua = true;
-  if (!ConfermaSovrascrittura(sorgente, destinazione, continua)) return continua;
+  if (ModoTrasferimento == 1 && !Confermato(operazione, sorgente, destinazione)) return true;
   DoEvents();
   if (ProcessoAnnullato) return false;
   attributiCopiati_ = -1;
+  bool copiato = false;
   if (EraseFile != 0 && operazione.Sorgente.DaEliminare)
     EliminaRecord(operazione, sorgente, destinazione);
   else
-    CopiaFile(sorgente, destinazione, direzione);
+    copiato = CopiaFile(sorgente, destinazione, direzione);
+  if (copiato && ModoTrasferimento == 1) propri_.insert(std::hash<std::string>{}(destinazione));
   if (EsitoCopia == EsitoTrasferimento::Annullato || ProcessoAnnullato) return false;
-  if (direzione != Direzione::AlServer && operazione.Sorgente.Attributi != 0)
-    CopiaAttributi(operazione, destinazione);
+  if (copiato && direzione != Direzione::AlServer) CopiaAttributi(operazione, destinazione);
   if (EsitoCopia == EsitoTrasferimento::ErroreSuperato && !Errors_Try_Next) return false;
   if (SalvaLista) AggiungiAListaFile(operazione.Sorgente);
   return LogScrivibile();
@@ -144,7 +144,7 @@ bool FrmFileTransfer::PreparaCartella(std::size_t i) {
   if (conSeparatore == nullptr) return true;
   const std::string cartella = CartellaSuperiore(*conSeparatore + "x");
   if (!EsisteCartella(cartella)) {
-    if (LunghezzaInCaratteri(cartella) > 2) CreaSottoCartelle(cartella);
+    if (LunghezzaInCaratteri(cartella) > 2 && CreaSottoCartelle(cartella)) cartellaFatta_ = conSeparatore;
   } else if (cartelleRipulite_.insert(conSeparatore).second) {
     platform::clearLeftovers(*conSeparatore);
   }
@@ -164,60 +164,18 @@ void FrmFileTransfer::PreparaScorta(std::size_t i) {
   scorta_.expect(*cartellaAllaMano_, conviene ? fine - i : 0);
 }
 
-// A synchronisation may ask before it overwrites. Cancel answers this and all later questions with yes.
-// False: the record is not to be worked.
-bool FrmFileTransfer::ConfermaSovrascrittura(const std::string& sorgente, const std::string& destinazione,
-                                             bool& continua) {
-  if (ModoTrasferimento != 1 || FixFileOption != FixChiedi || !EsisteFile(destinazione)) return true;
-  const std::string domanda =
-      Messaggio(192) + " '" + destinazione + "'\r\r" + Messaggio(193) + " '" + sorgente + "' ?";
-  const Risposta risposta = MsgBox(domanda, StileSìNoAnnulla);
-  if (risposta == Risposta::Annulla) FixFileOption = FixTutti;
-  continua = true;
-  return risposta != Risposta::No;
-}
-
-void FrmFileTransfer::EliminaRecord(const RecordOperazione& operazione, const std::string& sorgente,
-                                    const std::string& destinazione) {
-  stato_.sorgente.clear();
-  stato_.destinazione = "Eliminazione File => " + sorgente;
-  if (!EliminaFile(sorgente)) {
-    PeggioraEsito(EsitoCopia, EsitoTrasferimento::FileFallito);
-    NotaFallito(sorgente, "");
-  }
-  ++FileCopiati;
-  AggiornaProgressBarFileSingolo(100, 100);
-  AggiornaProgressBar(operazione.Sorgente.Dimensione);
-  PulisciCartelleVuote(CartellaSuperiore(sorgente), destinazione);
-}
-
-// A folder goes only if it is empty and its counterpart on the other side has gone; both sides then move one
-// level up.
-void FrmFileTransfer::PulisciCartelleVuote(std::string cartella, const std::string& destinazione) {
-  std::string corrispondente = CartellaSuperiore(destinazione);
-  while (!EsisteCartella(corrispondente) && Restituisci_NumeroFile_Cartella(cartella) == 0) {
-    if (!EliminaCartella(cartella)) {
-      PeggioraEsito(EsitoCopia, EsitoTrasferimento::FileFallito);
-      return;
-    }
-    const std::string sopra = CartellaSuperiore(cartella);
-    if (sopra == cartella) return;
-    cartella = sopra;
-    corrispondente = CartellaSuperiore(corrispondente);
-  }
-}
-
-void FrmFileTransfer::CopiaFile(const std::string& sorgente, const std::string& destinazione,
+// False if the destination does not hold the source's content now.
+bool FrmFileTransfer::CopiaFile(const std::string& sorgente, const std::string& destinazione,
                                 Direzione direzione) {
   stato_.sorgente = Messaggio(188) + " => " + sorgente;
   stato_.destinazione = Messaggio(194) + "      => " + destinazione;
   ScriviLog(Messaggio(188) + "  '" + sorgente + "' to '" + destinazione + "'", RigaNormale);
-  if (ProcessoAnnullato || !LogScrivibile()) return;
+  if (ProcessoAnnullato || !LogScrivibile()) return false;
   AggiornaProgressBarFileSingolo(100, 0);
   if (direzione == Direzione::Locale) {
     const bool inRete = TipoPercorso(sorgente) == PercorsoLan || TipoPercorso(destinazione) == PercorsoLan;
-    Copy_File(sorgente, destinazione, std::int64_t{1024} * (inRete ? BufferLanKB() : BufferLocaleKB()));
-    return;
+    return Copy_File(sorgente, destinazione,
+                     std::int64_t{1024} * (inRete ? BufferLanKB() : BufferLocaleKB()));
   }
   ++FileCopiati;
   const std::string testo = InLingua("==> I server FTP non sono ancora raggiungibili da questa versione : ",
@@ -225,14 +183,16 @@ void FrmFileTransfer::CopiaFile(const std::string& sorgente, const std::string& 
                             (direzione == Direzione::AlServer ? destinazione : sorgente);
   ErroreFatale(0, direzione == Direzione::AlServer ? "InviaFileAlServer" : "ScaricaFileDalServer", 2, 0, "",
                testo, 0);
-  PeggioraEsito(EsitoCopia, EsitoTrasferimento::ErroreSuperato);
+  PeggioraEsito(EsitoTrasferimento::ErroreSuperato);
   NotaFallito(sorgente, testo);
+  return false;
 }
 
 // The copy kept the permission bits, so there is something to do only where they and the attributes seen by
-// the scan disagree.
+// the scan disagree. A file marked by a CRC that failed has no attributes to give.
 void FrmFileTransfer::CopiaAttributi(const RecordOperazione& operazione, const std::string& destinazione) {
   const std::int32_t voluti = operazione.Sorgente.Attributi;
+  if (voluti <= 0) return;
   if (attributiCopiati_ != -1 &&
       ((voluti ^ attributiCopiati_) & static_cast<std::int32_t>(platform::kReadOnly)) == 0)
     return;
@@ -245,7 +205,7 @@ void FrmFileTransfer::AggiungiAListaFile(const RecordFile& sorgente) {
   if (errore == platform::kNoError) return;
   // A file that lacks its line is copied again by the next incremental run, so nothing is lost by going on.
   ErroreFatale(errore, "AggiungiAListaFile", 0, 0, "File Name: < " + PercorsoElencoSalvati() + " >", "", 0);
-  PeggioraEsito(EsitoCopia, EsitoTrasferimento::ErroreSuperato);
+  PeggioraEsito(EsitoTrasferimento::ErroreSuperato);
 }
 
 // A run whose log cannot be written stops: nobody could tell later what became of the files.
@@ -258,7 +218,7 @@ bool FrmFileTransfer::LogScrivibile() {
     MostraBalloon(Nome(), testo, TitoloApplicazione, 0, 0, false, true);
   else
     MsgBox(testo, StileCritico);
-  PeggioraEsito(EsitoCopia, EsitoTrasferimento::FileFallito);
+  PeggioraEsito(EsitoTrasferimento::FileFallito);
   AzzeraErroreLog();
   logRotto_ = true;
   return false;

@@ -48,6 +48,11 @@ class FrmFileTransfer : public FinestraOperazione {
   // The cancel button. `confermato`: a stop signal, which asks nothing.
   void Annulla(bool confermato) override;
 
+  // Whether the paths are to be scanned again, to be asked behind Init: a synchronisation that went to the
+  // end of its list, that nobody stopped, whose profile wishes it, and with somebody there to see the
+  // outcome.
+  [[nodiscard]] bool RiscansioneRichiesta() const;
+
   EsitoTrasferimento EsitoCopia = EsitoTrasferimento::Nessuno;
   std::vector<FileFallito> Falliti;  // at most a thousand are kept
   std::size_t NumeroFalliti = 0;
@@ -77,16 +82,29 @@ class FrmFileTransfer : public FinestraOperazione {
   bool TrasferisciRecord(std::size_t i);
   bool PreparaCartella(std::size_t i);
   void PreparaScorta(std::size_t i);
-  bool ConfermaSovrascrittura(const std::string& sorgente, const std::string& destinazione, bool& continua);
-  void EliminaRecord(const RecordOperazione& operazione, const std::string& sorgente,
-                     const std::string& destinazione);
-  void PulisciCartelleVuote(std::string cartella, const std::string& destinazione);
-  void CopiaFile(const std::string& sorgente, const std::string& destinazione, Direzione direzione);
+  bool CopiaFile(const std::string& sorgente, const std::string& destinazione, Direzione direzione);
   void CopiaAttributi(const RecordOperazione& operazione, const std::string& destinazione);
   void AggiungiAListaFile(const RecordFile& sorgente);
   bool MemoriaInEsaurimento();
   void ScaricaSuUnitaRimovibili();
   void SpegniComputer();
+
+  // A synchronisation's own steps.
+  bool Confermato(const RecordOperazione& operazione, const std::string& sorgente,
+                  const std::string& destinazione);
+  bool ChiediSovrascrittura(const std::string& sorgente, const std::string& destinazione);
+  [[nodiscard]] std::string OstacoloCopia(const RecordOperazione& operazione,
+                                          const std::string& destinazione) const;
+  [[nodiscard]] std::string OstacoloEliminazione(const RecordOperazione& operazione,
+                                                 const std::string& sorgente,
+                                                 const std::string& destinazione) const;
+  [[nodiscard]] bool Cambiato(const RecordFile& previsto, const std::string& percorso) const;
+  [[nodiscard]] bool Comparso(const RecordFile& previsto, const std::string& percorso) const;
+  void EliminaRecord(const RecordOperazione& operazione, const std::string& sorgente,
+                     const std::string& destinazione);
+  void EliminaUnFile(const std::string& sorgente);
+  void PulisciCartelleVuote(const RecordOperazione& operazione, const std::string& sorgente,
+                            const std::string& destinazione);
 
   // Pieces of one local copy.
   bool EseguiCopia(Copia& copia);
@@ -98,6 +116,8 @@ class FrmFileTransfer : public FinestraOperazione {
   bool CopiaConSistema(Copia& copia);
   bool BloccoDiErrore(Copia& copia);
   void NotaFallito(const std::string& percorso, std::string_view motivo);
+  // The first thing that goes wrong is the outcome, but for a failed copy, which always is.
+  void PeggioraEsito(EsitoTrasferimento nuovo);
 
   void Mostra(bool subito);
 
@@ -110,11 +130,15 @@ class FrmFileTransfer : public FinestraOperazione {
 
   bool chiusuraConfermata_ = false;
   bool logRotto_ = false;
+  bool conclusa_ = false;  // the loop went to the end of the list
   MisuratoreVelocita misuratore_;
   ScrittoreElenco elenco_;
   std::unordered_set<const std::string*> cartelleRipulite_;
   platform::NewFileSupply scorta_;  // destination files made ready ahead
   const std::string* cartellaAllaMano_ = nullptr;
+  const std::string* cartellaFatta_ = nullptr;  // the folder made last: nobody else has put a file into it
+  // Hashes of the paths that this synchronisation has written or deleted itself.
+  std::unordered_set<std::size_t> propri_;
   std::int32_t attributiCopiati_ = -1;  // of the destination just written; -1 when they are not known
   std::uint64_t ultimoMostrato_ = 0, ultimaMemoria_ = 0;
   StatoTrasferimento stato_;

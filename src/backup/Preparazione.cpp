@@ -8,6 +8,7 @@
 #include "platform/machine.h"
 #include "presentation/Avvisi.h"
 #include "presentation/FrmProgressBar.h"
+#include "profile/ModuloProfilo.h"
 #include "shell/Formati.h"
 #include "shell/Impostazioni.h"
 #include "shell/Lingua.h"
@@ -40,6 +41,7 @@ class TabellaSpazio {
  public:
   void Aggiungi(const RecordOperazione& operazione) {
     const RecordFile& destinazione = operazione.Destinazione;
+    if (EraseFile != 0 && operazione.Sorgente.DaEliminare) return;  // a deletion writes nothing anywhere
     if (destinazione.TipoPercorso == PercorsoFtp || destinazione.Dimensione == operazione.Sorgente.Dimensione)
       return;
     if (destinazione.CartellaDelFile() != cartella_)

@@ -25,9 +25,8 @@ inline constexpr std::int32_t SoloMancanti = 0, ChiediPrima = 1, CopiaTutto = 2;
 // A file of this size or larger is never read for a comparison of the intelligent method.
 inline constexpr double DimensioneMassimaCrc = 50001024;
 
-// Sort keys of one column, in the column's order: `NomeMaiuscolo` of each row, worked out once. They live in
-// one block of memory, and the rows of ArrayScansione are brought into their order with them.
 class ChiaviColonna;
+class Operazioni;
 
 class Confronto {
  public:
@@ -42,12 +41,15 @@ class Confronto {
   void ContaDifferenze();
 
   // Sorts each column that holds files by `NomeMaiuscolo`, compared by code value with "\" as separator for
-  // every kind of path; names that differ only in case stand in the order of `Nome`. The bar grows by an
-  // equal step for each column. Lets events run, and leaves when the operation is stopped.
+  // every kind of path; names that differ only in case stand in the order of `Nome`. The bar, whose maximum
+  // is 100, grows by an equal step for each column. Lets events run, and leaves when the operation is
+  // stopped.
   void OrdinaTutteLeUnita(FrmProgressBar& avanzamento);
 
-  // The whole comparison by the profile's variables. ArrayTrasferimento gets its records behind those that it
-  // holds. Lets events run and tests for a stop after every file.
+  // The whole comparison by the profile's variables; the path of a column is its Backup_Path, and a pair that
+  // lacks one is passed over. ArrayTrasferimento gets its records behind those that it holds; they need the
+  // table no longer. The bar's maximum is 100. Lets events run and tests for a stop after every file; what a
+  // stopped comparison leaves in the list is not to be carried out.
   void VisualizzaRapporto(FrmProgressBar& avanzamento);
 
   // One element a path: where the merge of its last pair ended, and the files that are to be added to the
@@ -59,6 +61,18 @@ class Confronto {
   bool MoltiDifferenze = false;   // rows share the icon of their extension
 
  private:
+  struct Coppia {
+    std::size_t a, b;  // columns; a is the source side
+  };
+
+  void OrdinaUnita(std::size_t colonna);
+  void PreparaChiavi();
+  [[nodiscard]] std::vector<Coppia> Coppie() const;
+  void ConfrontaCoppia(const Coppia& coppia, Operazioni& operazioni, FrmProgressBar& avanzamento,
+                       double& base);
+  [[nodiscard]] double TotaleAvanzamento() const;
+  void ControllaSomme(const std::vector<Coppia>& coppie) const;
+
   FinestraOperazione& proprietaria_;
   std::vector<ContatoriUnita> contatori_;
   std::vector<std::unique_ptr<ChiaviColonna>> chiavi_;

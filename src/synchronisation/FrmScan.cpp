@@ -5,6 +5,7 @@
 #include "errors/ModuloLog.h"
 #include "shell/Impostazioni.h"
 #include "shell/Lingua.h"
+#include "storage/Guardia.h"
 #include "storage/ModuloInternet.h"
 #include "storage/Percorsi.h"
 #include "synchronisation/FiltroAccetta.h"
@@ -29,6 +30,7 @@ void FrmScan::Init(const std::vector<RigaPercorso>& percorsi, FinestraOperazione
   stato_.visibile = true;
   bool conFtp = false;
   ConnettiUnitaFtp(percorsi, conFtp);
+  fermata_ = ProcessoAnnullato;
   const bool senzaConnessione = conFtp && !secondo && (ConnessioneFallita || ProcessoAnnullato);
   if (senzaConnessione) {
     // The failed connection has been reported already; the owner goes on with empty columns.
@@ -36,14 +38,24 @@ void FrmScan::Init(const std::vector<RigaPercorso>& percorsi, FinestraOperazione
   } else if (!ProcessoAnnullato) {
     ScansionaPercorsi(percorsi);
     CorreggiNomiSimili(ArrayScansione);
-    if (ErroreInCorso && !backup)
-      ErroreFatale(0, "FrmScan", 2, 0, "", Messaggio(274) + " '" + percorsoAllaMano_ + "'", 0);
+    Concludi(percorsi, backup);
     if (conFtp && !secondo && ServerConnesso("")) DisconnettiServer("");
   }
+  fermata_ = fermata_ || ProcessoAnnullato;
   stato_.visibile = false;
   schermo().Mostra(stato_);
   proprietaria.ErroreInCorso |= ErroreInCorso;
   proprietaria.ProcessoAnnullato |= ProcessoAnnullato;
+}
+
+// The report of a failure, and the connections anew: one that was lost on the way is there again for the
+// owner.
+void FrmScan::Concludi(const std::vector<RigaPercorso>& percorsi, bool backup) {
+  if (ErroreInCorso && !backup)
+    ErroreFatale(0, "FrmScan", 2, 0, "", Messaggio(274) + " '" + percorsoFallito_ + "'", 0);
+  if (ProcessoAnnullato) return;
+  bool conFtp = false;
+  ConnettiUnitaFtp(percorsi, conFtp);
 }
 
 void FrmScan::ConnettiUnitaFtp(const std::vector<RigaPercorso>& percorsi, bool& qualcuno) {
@@ -59,8 +71,9 @@ void FrmScan::ConnettiUnitaFtp(const std::vector<RigaPercorso>& percorsi, bool& 
 void FrmScan::ScansionaPercorsi(const std::vector<RigaPercorso>& percorsi) {
   for (std::size_t i = 0; i < percorsi.size(); ++i) {
     ArrayScansione.ImpostaTipo(i, TipoPercorso(percorsi[i].percorso));
-    if (!ScansionaUnPercorso(percorsi[i].percorso, i, percorsi.size())) return;
-    if (ProcessoAnnullato || (ErroreInCorso && !Errors_Try_Next)) return;
+    const bool raggiunto = ScansionaUnPercorso(percorsi[i].percorso, i, percorsi.size());
+    if (ErroreInCorso && percorsoFallito_.empty()) percorsoFallito_ = percorsi[i].percorso;
+    if (!raggiunto || ProcessoAnnullato || (ErroreInCorso && !Errors_Try_Next)) return;
   }
 }
 
@@ -68,7 +81,6 @@ void FrmScan::ScansionaPercorsi(const std::vector<RigaPercorso>& percorsi) {
 bool FrmScan::ScansionaUnPercorso(const std::string& percorso, std::size_t numero, std::size_t totale) {
   stato_.titolo =
       Messaggio(273) + (totale > 1 ? " " + std::to_string(numero + 1) : "") + " '" + percorso + "'";
-  percorsoAllaMano_ = percorso;
   ScriviLog(stato_.titolo, RigaNormale);
   schermo().Mostra(stato_);
   if (!EsisteCartella(percorso)) {
@@ -77,9 +89,26 @@ bool FrmScan::ScansionaUnPercorso(const std::string& percorso, std::size_t numer
   }
   bool conDisco = false;
   const bool discoOttico = TipoPercorso(percorso) != PercorsoFtp && TipoUnita(percorso) == UnitaCdRom;
-  if (discoOttico && VerificaCD(percorso, conDisco)) return true;
-  ScansionaCartella(numero, percorso, percorso.size());
+  if (discoOttico && VerificaCD(percorso, conDisco)) {
+    saltati_.push_back(numero);
+    return true;
+  }
+  ScansionaVolume(percorso, numero);
   return true;
+}
+
+// A medium that is pulled out during the walk can leave the folder that it was mounted on, which then looks
+// empty from there on. So the path must lie on the same volume behind the walk as before it.
+void FrmScan::ScansionaVolume(const std::string& percorso, std::size_t numero) {
+  platform::SpaceOnDisc prima, dopo;
+  const bool noto = platform::freeSpace(percorso, prima) == platform::kNoError;
+  ScansionaCartella(numero, percorso, percorso.size());
+  if (!noto || ProcessoAnnullato) return;
+  platform::ErrorCode errore = platform::freeSpace(percorso, dopo);
+  if (errore == platform::kNoError && dopo.volume != prima.volume) errore = platform::kNotReady;
+  if (errore == platform::kNoError) return;
+  ErroreInCorso = true;
+  ErroreFatale(errore, "ScansionaCartella", 0, 0, DettaglioPercorso("File/Folder Name: ", percorso), "", 0);
 }
 
 void FrmScan::ScansionaCartella(std::size_t colonna, std::string percorso, std::size_t inizio) {
@@ -108,6 +137,7 @@ std::vector<std::string> FrmScan::LeggiCartella(std::size_t colonna, const std::
   while (risposta.fallita() || !risposta.fine()) {
     if (risposta.fallita()) {
       ErroreInCorso = true;
+      if (tipo == PercorsoFtp) AvvisoConnessionePersa(true, Messaggio(274) + " " + percorso);
       if (!Errors_Try_Next || ProcessoAnnullato) break;
     } else if (const std::string& nome = risposta.nome(); nome != "." && nome != "..") {
       if ((trovato.dwFileAttributes & platform::kDirectory) != 0)

@@ -1,6 +1,7 @@
 // The scan: walks paths into ArrayScansione, one column a path.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -28,6 +29,12 @@ class FrmScan : public FinestraOperazione {
   void Init(const std::vector<RigaPercorso>& percorsi, FinestraOperazione& proprietaria, bool backup,
             bool secondo, bool terzo, std::string_view filtro);
 
+  // What the last Init met. The user stopped it, also where the owner is not told so: a stop while a server
+  // is being connected leaves empty columns and no flag.
+  [[nodiscard]] bool Fermata() const { return fermata_; }
+  // Columns of paths that were passed over: optical drives whose disc reports no length.
+  [[nodiscard]] const std::vector<std::size_t>& Saltati() const { return saltati_; }
+
   // Connects the server of each FTP path; `qualcuno` tells whether there was one.
   void ConnettiUnitaFtp(const std::vector<RigaPercorso>& percorsi, bool& qualcuno);
 
@@ -40,6 +47,8 @@ class FrmScan : public FinestraOperazione {
  private:
   void ScansionaPercorsi(const std::vector<RigaPercorso>& percorsi);
   bool ScansionaUnPercorso(const std::string& percorso, std::size_t numero, std::size_t totale);
+  void ScansionaVolume(const std::string& percorso, std::size_t numero);
+  void Concludi(const std::vector<RigaPercorso>& percorsi, bool backup);
   std::vector<std::string> LeggiCartella(std::size_t colonna, const std::string& percorso,
                                          std::size_t inizio);
   void AggiungiFile(std::size_t colonna, const std::string* cartella, std::string_view nome,
@@ -47,7 +56,9 @@ class FrmScan : public FinestraOperazione {
 
   StatoScansione stato_;
   std::string filtro_;
-  std::string percorsoAllaMano_;  // the path that is walked, for the report of a failure
+  std::string percorsoFallito_;  // the first path that could not be read whole
+  std::vector<std::size_t> saltati_;
+  bool fermata_ = false;
 };
 
 // Reconciles names that two columns report differently: 0 with 1, 2 with 3, and so on, row by row.

@@ -8,10 +8,11 @@ std::size_t ListaUnita::Aggiungi(const RigaUnita& riga) {
     return righe_.size() - 1;
   }
   RigaUnita& ultima = righe_.back();
-  const std::string chiave = ultima.chiave, nome = ultima.nome;
-  ultima = riga;
-  ultima.chiave = chiave;
-  ultima.nome = nome;
+  ultima.data = riga.data;
+  ultima.dimensione = riga.dimensione;
+  ultima.attributi = riga.attributi;
+  ultima.stato = riga.stato;
+  ultima.etichettaStato = riga.etichettaStato;
   return righe_.size() - 1;
 }
 

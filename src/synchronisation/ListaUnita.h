@@ -14,7 +14,7 @@ namespace tandemize {
 class ListaUnita {
  public:
   // Adds a row. A key that the list holds already makes no new row: the columns behind the name go over the
-  // last row of the list instead. Gives the index of the row that was written.
+  // last row of the list instead, whose key, name and icon stay. Gives the index of the row that was written.
   std::size_t Aggiungi(const RigaUnita& riga);
   void Svuota();
 

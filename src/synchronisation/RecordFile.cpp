@@ -47,10 +47,11 @@ std::string RecordFile::Percorso() const {
 
 std::string RecordFile::Nome() const {
   if (Vuoto()) return {};
-  if (inizio_ >= cartella_->size()) return std::string(UltimoNome().substr(inizio_ - cartella_->size()));
   std::string nome;
   nome.reserve(LunghezzaNome());
-  nome.append(*cartella_, inizio_).append(nome_, lunghezza_);
+  nome.append(CartellaRelativa());
+  nome.append(UltimoNome().substr(inizio_ > cartella_->size() ? inizio_ - cartella_->size() : 0));
+  if (NomeConBarre) std::replace(nome.begin(), nome.end(), '/', '\\');
   return nome;
 }
 
@@ -75,6 +76,24 @@ void TabellaScansione::Azzera(std::size_t colonne) {
   colonne_.clear();
   colonne_.resize(colonne);
   deposito_ = std::make_shared<DepositoNomi>();
+}
+
+void TabellaScansione::Riordina(std::size_t colonna, std::vector<std::uint32_t>& ordine) {
+  ListaABlocchi<RecordFile>& righe = colonne_[colonna].righe;
+  // Cycle by cycle: a place that has its row points to itself from then on.
+  for (std::uint32_t inizio = 0; inizio < ordine.size(); ++inizio) {
+    if (ordine[inizio] == inizio) continue;
+    const RecordFile prima = righe[inizio];
+    std::uint32_t posto = inizio;
+    while (ordine[posto] != inizio) {
+      const std::uint32_t prossimo = ordine[posto];
+      righe[posto] = righe[prossimo];
+      ordine[posto] = posto;
+      posto = prossimo;
+    }
+    righe[posto] = prima;
+    ordine[posto] = posto;
+  }
 }
 
 const RecordFile& TabellaScansione::Riga(std::size_t colonna, std::size_t riga) const {

@@ -52,13 +52,19 @@ class RecordFile {
 
   [[nodiscard]] std::string Percorso() const;  // full path of the file
   [[nodiscard]] std::string Nome() const;  // relative to the scanned path, with the separator of that path
-  // Upper-cased, with "\\" as separator for every kind of path: the sort key.
+  // Upper-cased, with "\" as separator for every kind of path: the sort key.
   [[nodiscard]] std::string NomeMaiuscolo() const;
   [[nodiscard]] std::string DataFile() const;  // last write date as text; empty if there is none
   [[nodiscard]] std::string_view UltimoNome() const { return {nome_, lunghezza_}; }  // behind the folder
   [[nodiscard]] const std::string* CartellaDelFile() const {
     return cartella_;
   }  // with its separator; nullptr for an empty record
+  // The part of `Nome` that lies in the folder's text; the rest of it is UltimoNome, or the end of that.
+  [[nodiscard]] std::string_view CartellaRelativa() const {
+    return cartella_ == nullptr || inizio_ >= cartella_->size()
+               ? std::string_view()
+               : std::string_view(*cartella_).substr(inizio_);
+  }
   [[nodiscard]] std::size_t LunghezzaNome() const {
     return Vuoto() ? 0 : cartella_->size() + lunghezza_ - inizio_;
   }
@@ -75,8 +81,9 @@ class RecordFile {
  public:
   std::int32_t Attributi = 0;                           // -1 marks a file whose CRC could not be read
   std::int8_t TipoPercorso = 0;                         // kind of storage
-  bool FileNuovo = false;                               // of a destination: the file does not exist there yet
-  bool DaEliminare = false;                             // the file is to be deleted
+  bool FileNuovo : 1 = false;                           // of a destination: the file does not exist there yet
+  bool DaEliminare : 1 = false;                         // the file is to be deleted
+  bool NomeConBarre : 1 = false;                        // `Nome` has "\" for every "/"; `Percorso` keeps them
   MotivoOperazione Motivo = MotivoOperazione::Nessuno;  // of a destination: why it is to be replaced
 };
 static_assert(sizeof(RecordFile) <= 48);
@@ -102,6 +109,9 @@ class TabellaScansione {
   [[nodiscard]] const RecordFile& Riga(std::size_t colonna, std::size_t riga) const;
   void Svuota(std::size_t colonna) { colonne_[colonna].righe.Accorcia(0); }
   void Accorcia(std::size_t colonna, std::size_t righe) { colonne_[colonna].righe.Accorcia(righe); }
+  // Brings the rows of a column into a new order: row i becomes the one that was row `ordine[i]`. Every row
+  // must stand in `ordine` once; its content is used up.
+  void Riordina(std::size_t colonna, std::vector<std::uint32_t>& ordine);
 
   // Kind of the whole path of a column, set before its walk starts.
   [[nodiscard]] std::int32_t Tipo(std::size_t colonna) const { return colonne_[colonna].tipo; }

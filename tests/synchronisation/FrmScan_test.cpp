@@ -15,6 +15,7 @@
 #include "platform/paths.h"
 #include "shell/Impostazioni.h"
 #include "shell/Lingua.h"
+#include "shell/ModuloPrincipale.h"
 
 namespace tandemize {
 namespace {
@@ -36,6 +37,8 @@ class Scanner : public ProgramFolder {
     ArrayScansione.Azzera(paths.size());
     FrmScan window;
     window.Init(rows, owner, backup, backup, false, filter);
+    stopped = window.Fermata();
+    passedOver = window.Saltati();
   }
 
   [[nodiscard]] std::vector<std::string> names(std::size_t column = 0) const {
@@ -53,6 +56,10 @@ class Scanner : public ProgramFolder {
     home().write("Drives.dat", text);
     platform::setProgramFolder(home().host());
   }
+
+  // What the last window told.
+  bool stopped = false;
+  std::vector<std::size_t> passedOver;
 
   FinestraOperazione owner{"Owner"};
 };
@@ -202,6 +209,32 @@ TEST(FrmScan, An_unreachable_path_is_reported_outside_a_backup_only) {
   EXPECT_EQ(test::countLinesWith(test::logLines(scanner.log()), text), 1);
 }
 
+// With more than one path at hand the report names the one that failed, not the one that was walked last.
+TEST(FrmScan, The_report_names_the_first_path_that_failed) {
+  Scanner scanner;
+  for (const char* file : {"s/a", "t/b"}) scanner.work().write(file, "x");
+  const DeepTree deep(scanner.work().host("s"), std::string(200, 'f'), 30, "deep");
+  ASSERT_TRUE(deep.made());
+  scanner.scan({scanner.program("s"), scanner.program("t")}, "", false);
+  const std::vector<std::string> lines = test::logLines(scanner.log());
+  EXPECT_EQ(test::countLinesWith(lines, Messaggio(274) + " '" + scanner.program("s") + "'"), 1);
+  EXPECT_EQ(test::countLinesWith(lines, Messaggio(274)), 1);
+}
+
+TEST(FrmScan, A_path_that_is_gone_when_its_walk_ends_is_an_error_although_each_folder_was_read) {
+  for (const bool backup : {true, false}) {
+    Scanner scanner;
+    scanner.work().write("s/only", "x");
+    scanner.screen.onEvents = [&] {
+      if (ArrayScansione.Righe(0) == 1) fs::remove_all(scanner.work().host("s"));
+    };
+    scanner.scan({scanner.program("s")}, "", backup);
+    EXPECT_TRUE(scanner.owner.ErroreInCorso);
+    EXPECT_GE(test::countLinesWith(test::logLines(scanner.log()), scanner.program("s") + " >"), 1);
+    scanner.screen.onEvents = nullptr;
+  }
+}
+
 std::string folderName() {
   return std::string(200, 'f');
 }
@@ -255,6 +288,7 @@ TEST(FrmScan, A_stop_ends_the_walk_and_reaches_the_owner) {
   };
   scanner.scan({scanner.program("s"), scanner.program("s")});
   EXPECT_TRUE(scanner.owner.ProcessoAnnullato);
+  EXPECT_TRUE(scanner.stopped);
   EXPECT_LT(ArrayScansione.Righe(0), 50U);
   EXPECT_EQ(ArrayScansione.Righe(1), 0U);
 }
@@ -266,6 +300,7 @@ TEST(FrmScan, An_optical_drive_whose_disc_reports_no_length_is_passed_over) {
   scanner.drives("K: = cdrom " + scanner.work().host("silent.iso") + "\n");
   scanner.scan({"K:\\", scanner.program("t")});
   EXPECT_FALSE(scanner.owner.ErroreInCorso);
+  EXPECT_EQ(scanner.passedOver, std::vector<std::size_t>{0});
   EXPECT_EQ(ArrayScansione.Righe(0), 0U);
   EXPECT_EQ(scanner.nameSet(1), Names{"\\e"});
 }
@@ -321,6 +356,61 @@ TEST(FrmScan, A_folder_that_vanishes_before_the_walk_enters_it_holds_nothing) {
   };
   scanner.scan({scanner.program("s")});
   EXPECT_EQ(scanner.nameSet(), Names{"\\a"});
+}
+
+// --- paths on a server
+
+class ServerScanner : public Scanner {
+ public:
+  ServerScanner() { FtpServers = {{"home", "127.0.0.1", "", "", 0}, {}}; }
+  [[nodiscard]] int attempts() const {
+    return test::countLinesWith(test::logLines(log()), Messaggio(343) + " 'home'");
+  }
+};
+
+TEST(FrmScan, A_connection_that_fails_ends_a_synchronisations_walk_at_once_without_its_flags) {
+  ServerScanner scanner;
+  scanner.work().write("s/a", "x");
+  scanner.scan({"/public", scanner.program("s")}, "", false);
+  EXPECT_FALSE(scanner.owner.ErroreInCorso);
+  EXPECT_FALSE(scanner.owner.ProcessoAnnullato);
+  EXPECT_TRUE(ConnessioneFallita);
+  EXPECT_EQ(ArrayScansione.Righe(1), 0U);
+  EXPECT_EQ(test::countLinesWith(test::logLines(scanner.log()), Messaggio(273)), 0);
+  EXPECT_EQ(scanner.attempts(), 1);
+}
+
+TEST(FrmScan, A_stop_of_the_connection_is_known_although_the_owner_is_not_told) {
+  ServerScanner scanner;
+  ApplicazioneNascosta = false;
+  Errors_Alert_Mode = 0;
+  FrmScan window;
+  window.ProcessoAnnullato = true;
+  ArrayScansione.Azzera(1);
+  window.Init({{"/public", "0"}}, scanner.owner, false, false, false, "");
+  EXPECT_TRUE(window.Fermata());
+  EXPECT_FALSE(scanner.owner.ProcessoAnnullato);
+}
+
+TEST(FrmScan, Behind_the_walk_the_connections_are_made_anew) {
+  ServerScanner scanner;
+  scanner.work().write("s/a", "x");
+  scanner.scan({scanner.program("s"), "/public"}, "", true);
+  EXPECT_EQ(scanner.nameSet(0), Names{"\\a"});
+  EXPECT_EQ(scanner.attempts(), 2);
+}
+
+TEST(FrmScan, A_folder_on_a_server_that_cannot_be_read_is_told_as_a_lost_connection) {
+  ServerScanner scanner;
+  ApplicazioneNascosta = true;
+  Errors_Alert_Mode = 0;
+  ArrayScansione.Azzera(1);
+  FrmScan window;
+  window.ScansionaCartella(0, "/public", 7);
+  EXPECT_TRUE(window.ErroreInCorso);
+  EXPECT_TRUE(ConnessioneFallita);
+  ASSERT_FALSE(scanner.screen.balloons.empty());
+  EXPECT_EQ(scanner.screen.balloons.back().testo, Messaggio(274) + " /public/");
 }
 
 }  // namespace

@@ -63,6 +63,24 @@ TEST(RecordFile, Taking_the_names_of_another_record_leaves_the_rest) {
   EXPECT_EQ(one.Dimensione, 5);
 }
 
+TEST(RecordFile, The_name_of_a_server_s_file_can_have_the_local_separator_while_its_path_keeps_its_own) {
+  TabellaScansione table;
+  DepositoNomi& store = table.Deposito();
+  RecordFile record(store.Cartella("/pub/sub/"), "a", std::string_view("/pub/").size());
+  EXPECT_EQ(record.Nome(), "sub/a");
+  record.NomeConBarre = true;
+  EXPECT_EQ(record.Nome(), "sub\\a");
+  EXPECT_EQ(record.Percorso(), "/pub/sub/a");
+}
+
+TEST(RecordFile, The_folder_s_part_of_the_name_ends_in_its_separator) {
+  TabellaScansione table;
+  EXPECT_EQ(fileOf(table, "C:\\data\\sub\\deep\\", "a").CartellaRelativa(), "\\sub\\deep\\");
+  DepositoNomi& store = table.Deposito();
+  EXPECT_EQ(RecordFile(store.Cartella("C:\\data\\"), "a", 8).CartellaRelativa(), "");
+  EXPECT_EQ(RecordFile().CartellaRelativa(), "");
+}
+
 TEST(RecordFile, A_fresh_record_is_neither_new_nor_to_be_deleted) {
   const RecordFile record;
   EXPECT_FALSE(record.FileNuovo);
@@ -107,6 +125,20 @@ TEST(TabellaScansione, The_kind_of_a_column_stands_before_its_first_row) {
   table.ImpostaTipo(1, 2);
   EXPECT_EQ(table.Tipo(0), 0);
   EXPECT_EQ(table.Tipo(1), 2);
+}
+
+TEST(TabellaScansione, A_new_order_brings_every_row_to_its_place) {
+  TabellaScansione table;
+  table.Azzera(2);
+  std::vector<std::uint32_t> order;
+  for (std::uint32_t i = 0; i < 5000; ++i) {
+    table.Aggiungi(1, fileOf(table, "C:\\data\\", std::to_string(i)));
+    order.push_back(i * 7 % 5000);  // one long cycle and some short ones
+  }
+  std::swap(order[10], order[20]);
+  const std::vector<std::uint32_t> wanted = order;
+  table.Riordina(1, order);
+  for (std::size_t i = 0; i < 5000; ++i) ASSERT_EQ(table.Riga(1, i).Nome(), "\\" + std::to_string(wanted[i]));
 }
 
 TEST(TabellaScansione, Starting_anew_leaves_empty_columns) {
