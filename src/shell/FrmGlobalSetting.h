@@ -77,6 +77,11 @@ class FrmGlobalSetting : public ControlliGlobalSetting {
   // an empty text if the user gave up.
   void ScegliTipoTimer(int membro, const std::function<std::string()>& ScegliFile);
 
+  // Leaving txtTimerStart and TxtTimerStartDate. False after a box if the text is no time "hh.mm", or no date
+  // in the order of FormatoData: the focus then goes back.
+  [[nodiscard]] bool LasciaOraTimer() const;
+  [[nodiscard]] bool LasciaDataTimer() const;
+
   // --- advanced timers: the fields, `cmdList` 0 to 2, a click on a row ---
 
   void ImpostaProfilo(std::string_view percorso);  // the name is shown, the path kept

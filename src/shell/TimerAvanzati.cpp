@@ -5,6 +5,7 @@
 #include "platform/machine.h"
 #include "profile/LettoreItem.h"
 #include "shell/ChiaviGlobalSetting.h"
+#include "shell/DataIntervallo.h"
 #include "shell/FrmGlobalSetting.h"
 #include "shell/LetturaGlobale.h"
 #include "shell/Lingua.h"
@@ -139,6 +140,18 @@ void FrmGlobalSetting::ScegliTipoTimer(int membro, const std::function<std::stri
   txtData.Text = Oggi();
   TxtOra.Text = OraProposta;
   TxtIntervallo.Text = NumeroProposto;
+}
+
+bool FrmGlobalSetting::LasciaOraTimer() const {
+  if (!txtTimerStart.Enabled || OraValida(txtTimerStart.Text)) return true;
+  MsgBox(Messaggio(261), StileInformazione);
+  return false;
+}
+
+bool FrmGlobalSetting::LasciaDataTimer() const {
+  if (!TxtTimerStartDate.Enabled || DataDaTesto(TxtTimerStartDate.Text)) return true;
+  MsgBox(Messaggio(406) + " " + FormatoData, StileInformazione);
+  return false;
 }
 
 void FrmGlobalSetting::ImpostaProfilo(std::string_view percorso) {

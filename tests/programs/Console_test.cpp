@@ -477,20 +477,6 @@ TEST(Path, Nothing_need_exist_not_even_the_program_folder) {
   EXPECT_EQ(RunProgram({"--folder", "/nonexistent/folder", "path", "/a"}).run().out, "C:\\a\n");
 }
 
-// --- what is not there yet
-
-TEST(Console, Synchronisation_and_watch_say_that_they_are_not_there_and_do_nothing) {
-  ConsoleFolder folder;
-  const std::string before = folder.describeHome();
-  for (const Words& words : {Words{"sync"}, Words{"sync", "--preview"}, Words{"watch"}}) {
-    const ProgramResult result = folder.run(words);
-    EXPECT_NE(result.status, 0) << words[0];
-    EXPECT_EQ(result.out, "");
-    EXPECT_NE(result.err, "");
-  }
-  EXPECT_EQ(folder.describeHome(), before);
-}
-
 TEST(Console, Help_and_version_go_to_standard_output) {
   const ProgramResult help = RunProgram({"--help"}).run(), version = RunProgram({"--version"}).run();
   EXPECT_EQ(help.status, 0);

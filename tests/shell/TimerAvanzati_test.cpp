@@ -270,6 +270,53 @@ TEST_F(ListTimer, A_row_that_is_not_saved_counts_as_a_change_and_outlives_the_co
   EXPECT_EQ(form.ListTimer.size(), 1U);
 }
 
+TEST_F(OptTimer, The_time_is_not_left_before_it_is_one_and_the_box_says_so) {
+  folder.setting("Timer_Start_Mode", "2");
+  ASSERT_TRUE(form.Carica());
+  for (const char* text : {"", "9.05", "13.3", "24.00", "aa.bb", "13:30"}) {
+    folder.screen.boxes.clear();
+    form.txtTimerStart.Text = text;
+    EXPECT_FALSE(form.LasciaOraTimer()) << text;
+    ASSERT_EQ(folder.screen.boxes.size(), 1U);
+    EXPECT_EQ(folder.screen.boxes[0].text, Messaggio(261));
+  }
+  folder.screen.boxes.clear();
+  form.txtTimerStart.Text = "09.05";
+  EXPECT_TRUE(form.LasciaOraTimer());
+  EXPECT_TRUE(folder.screen.boxes.empty());
+}
+
+TEST_F(OptTimer, The_date_is_not_left_before_it_is_one_and_the_box_tells_the_form) {
+  folder.setting("Timer_Start_Mode", "2");
+  ASSERT_TRUE(form.Carica());
+  FormatoData = "dd/mm/yyyy";
+  for (const char* text : {"", "31/02/2030", "tomorrow", "12/25/2030"}) {
+    folder.screen.boxes.clear();
+    form.TxtTimerStartDate.Text = text;
+    EXPECT_FALSE(form.LasciaDataTimer()) << text;
+    ASSERT_EQ(folder.screen.boxes.size(), 1U);
+    EXPECT_EQ(folder.screen.boxes[0].text, Messaggio(406) + " dd/mm/yyyy");
+  }
+  folder.screen.boxes.clear();
+  form.TxtTimerStartDate.Text = "28/2/2030";
+  EXPECT_TRUE(form.LasciaDataTimer());
+  EXPECT_TRUE(folder.screen.boxes.empty());
+}
+
+TEST_F(OptTimer, Fields_that_are_disabled_are_not_judged) {
+  ASSERT_TRUE(form.Carica());
+  form.ScegliTimer(0);
+  EXPECT_TRUE(form.LasciaOraTimer());
+  EXPECT_TRUE(form.LasciaDataTimer());
+}
+
+TEST_F(OptTimer, The_interval_takes_one_digit_and_that_of_an_advanced_entry_anything) {
+  EXPECT_EQ(form.txtTimerInterval.MaxLength, 1);
+  EXPECT_TRUE(form.txtTimerInterval.SoloNumeri);
+  EXPECT_EQ(form.TxtIntervallo.MaxLength, 0);
+  EXPECT_FALSE(form.TxtIntervallo.SoloNumeri);
+}
+
 TEST(OraValida, Takes_two_digits_a_point_and_two_digits_of_a_time) {
   for (const char* good : {"00.00", "13.30", "23.59", "09.05"}) EXPECT_TRUE(OraValida(good)) << good;
   for (const char* bad : {"", "9.05", "24.00", "12.60", "12:30", "1a.30", "12.3", "012.30"})

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "platform/machine.h"
+#include "platform/posix/clockways.h"
 
 namespace tandemize::platform {
 
@@ -62,11 +63,18 @@ std::int64_t changeBetween(std::int64_t before, std::int64_t after) {
 
 }  // namespace
 
+std::optional<SimulatedClock>& simulatedClock() {
+  static std::optional<SimulatedClock> clock;
+  return clock;
+}
+
 std::int64_t now() {
+  if (const auto& clock = simulatedClock()) return clock->milliseconds / 1000;
   return ::time(nullptr);
 }
 
 std::uint64_t monotonicMilliseconds() {
+  if (const auto& clock = simulatedClock()) return clock->monotonic;
   timespec moment{};
   ::clock_gettime(CLOCK_MONOTONIC, &moment);
   return static_cast<std::uint64_t>(moment.tv_sec) * 1000 +
@@ -96,6 +104,7 @@ std::optional<std::int64_t> utcFromLocal(const CivilTime& local) {
 }
 
 void sleepMilliseconds(unsigned milliseconds) {
+  if (auto& clock = simulatedClock()) return clock->goOn(std::max(milliseconds, clock->shortestSleep));
   const timespec span{static_cast<time_t>(milliseconds / 1000),
                       static_cast<long>(milliseconds % 1000) * 1000000};
   ::nanosleep(&span, nullptr);

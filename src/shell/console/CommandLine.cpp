@@ -152,10 +152,13 @@ Commands:
     --subfolder            copy into a subfolder named by date and time (full), or the last one (incremental)
     --ignore-unreachable   leave out paths that cannot be reached
     --preview              plan only; print source TAB destination for each transfer
+  sync                     make the paths of the profile agree
+    --preview              compare only; print missing, different or delete, TAB, date, size, crc or -, TAB,
+                           source TAB destination for each operation
   check                    print code TAB path for each path of the profile
   crc PATH...              print the CRC-32 of files
   path HOSTPATH...         print host paths in the program's notation
-  sync, watch              not part of this version yet
+  watch                    run backups or synchronisations at the times of the settings, until told to end
 
 Exit status: 0 done, 1 stopped, 2 an error was passed over, 3 a file failed, 4 refused before it started,
 64 the words are wrong.

@@ -13,8 +13,10 @@
 #include "shell/TestiPropri.h"
 #include "shell/console/CommandLine.h"
 #include "shell/console/ConsoleScreen.h"
+#include "shell/console/Watch.h"
 #include "storage/File_System.h"
 #include "storage/Unita.h"
+#include "synchronisation/FrmTandemize.h"
 
 namespace tandemize {
 
@@ -42,6 +44,30 @@ std::string programPath(const std::string& path) {
   return inProgramNotation(path) ? path : platform::toProgram(path);
 }
 
+std::string_view reasonOf(MotivoOperazione reason) {
+  switch (reason) {
+    case MotivoOperazione::Data:
+      return "date";
+    case MotivoOperazione::Dimensione:
+      return "size";
+    case MotivoOperazione::Crc:
+      return "crc";
+    case MotivoOperazione::Nessuno:
+      break;
+  }
+  return "-";
+}
+
+// One line of a preview. Names hold neither tabs nor line ends: the program's notation has other characters
+// for them.
+std::string operationLine(const RecordOperazione& operation) {
+  const bool deleted = operation.Sorgente.DaEliminare, missing = operation.Destinazione.FileNuovo;
+  std::string line = deleted ? "delete" : missing ? "missing" : "different";
+  line.append("\t").append(deleted || missing ? "-" : reasonOf(operation.Destinazione.Motivo));
+  line.append("\t").append(operation.Sorgente.Percorso());
+  return line.append("\t").append(operation.Destinazione.Percorso()).append("\n");
+}
+
 class Console {
  public:
   explicit Console(const CommandLine& line) : line_(line), screen_(line.answerYes) {}
@@ -54,17 +80,21 @@ class Console {
         return init();
       case CommandLine::Command::Backup:
         return start(!line_.preview) ? backup() : Refused;
+      case CommandLine::Command::Sync:
+        return start(!line_.preview) ? sync() : Refused;
       case CommandLine::Command::Check:
         return start(false) ? check() : Refused;
       case CommandLine::Command::Crc:
         return crc();
       case CommandLine::Command::Path:
         return path();
-      default:
-        break;
+      case CommandLine::Command::Watch:
+        return start(true) ? watchSchedule() : Refused;
+      case CommandLine::Command::Help:
+      case CommandLine::Command::Version:
+        break;  // neither comes here: they need no screen
     }
-    screen_.print("This command is not part of this version yet.");
-    return Refused;
+    return WrongWords;
   }
 
  private:
@@ -138,8 +168,9 @@ class Console {
     return false;
   }
 
-  bool readProfile(FrmBackupChoice& dialog) {
-    if (dialog.ProfiloLetto()) return true;
+  // `read`: the window that was made read the profile to its end.
+  bool readProfile(bool read) {
+    if (read) return true;
     screen_.print(InLingua("Il profilo non può essere letto fino in fondo: ",
                            "The profile cannot be read to its end: ") +
                   FileProfilo);
@@ -149,15 +180,19 @@ class Console {
     return false;
   }
 
+  // The first record of a run tells whether there is a log; nothing is done without one.
+  bool openLog(const std::string& banner) {
+    if (!line_.preview) ScriviLog(banner, Intestazione);
+    if (ErroreLog() == platform::kNoError) return true;
+    screen_.print(InLingua("Il file di log non può essere scritto: ", "The log file cannot be written: ") +
+                  platform::systemErrorText(ErroreLog()));
+    return false;
+  }
+
   int backup() {
-    if (!line_.preview) ScriviLog(Messaggio(3), Intestazione);
-    if (ErroreLog() != platform::kNoError) {
-      screen_.print(InLingua("Il file di log non può essere scritto: ", "The log file cannot be written: ") +
-                    platform::systemErrorText(ErroreLog()));
-      return Refused;
-    }
+    if (!openLog(Messaggio(3))) return Refused;
     FrmBackupChoice dialog;
-    if (!readProfile(dialog)) return Refused;
+    if (!readProfile(dialog.ProfiloLetto())) return Refused;
     if (dialog.ProcessoAnnullato) return Stopped;  // the run's start would clear a stop that came this early
     dialog.cmbTipoBackup = line_.type;
     dialog.Opt = line_.mode;
@@ -165,7 +200,7 @@ class Console {
     dialog.ChkIgnorePath = dialog.ChkIgnorePath || line_.ignoreUnreachable;
     if (line_.preview) return preview(dialog);
     const int status = statusOf(dialog.TastoOk_Annulla(0));
-    tellFailures(dialog);
+    tellFailures(dialog.Falliti, dialog.NumeroFalliti);
     return status;
   }
 
@@ -194,19 +229,35 @@ class Console {
     return Refused;
   }
 
-  void tellFailures(const FrmBackupChoice& dialog) {
+  void tellFailures(const std::vector<FileFallito>& failed, std::size_t number) {
     constexpr std::size_t Shown = 20;
-    if (dialog.NumeroFalliti == 0) return;
-    screen_.print(std::to_string(dialog.NumeroFalliti) + InLingua(" file non copiati:", " files failed:"));
-    for (std::size_t i = 0; i < dialog.Falliti.size() && i < Shown; ++i)
-      screen_.print("  " + dialog.Falliti[i].percorso);
-    if (dialog.NumeroFalliti > Shown)
+    if (number == 0) return;
+    screen_.print(std::to_string(number) + InLingua(" file non copiati:", " files failed:"));
+    for (std::size_t i = 0; i < failed.size() && i < Shown; ++i) screen_.print("  " + failed[i].percorso);
+    if (number > Shown)
       screen_.print(InLingua("  ... gli altri sono nel log", "  ... the log names the others"));
+  }
+
+  int sync() {
+    if (!openLog(Messaggio(4))) return Refused;
+    FrmTandemize window;
+    if (!readProfile(window.ProfiloLetto())) return Refused;
+    if (line_.preview) return syncPreview(window);
+    const int status = statusOf(window.PartenzaAutomatica());
+    tellFailures(window.Falliti, window.NumeroFalliti);
+    return status;
+  }
+
+  static int syncPreview(FrmTandemize& window) {
+    const int status = statusOf(window.Anteprima());
+    for (std::size_t i = 0; status == Done && i < ArrayTrasferimento.Numero(); ++i)
+      printOut(operationLine(ArrayTrasferimento[i]));
+    return status;
   }
 
   int check() {
     FrmBackupChoice dialog;
-    if (!readProfile(dialog)) return Refused;
+    if (!readProfile(dialog.ProfiloLetto())) return Refused;
     bool allUsable = true;
     const auto checkOne = [&](const std::string& target, std::uint8_t server) {
       if (target.empty()) return;
@@ -226,6 +277,11 @@ class Console {
   void useDrivesOnly() {
     SoloLogInMemoria(true);
     platform::setProgramFolder(folder());
+  }
+
+  int watchSchedule() {
+    watch(screen_);
+    return Done;
   }
 
   int crc() {

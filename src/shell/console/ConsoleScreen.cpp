@@ -55,7 +55,9 @@ Risposta ConsoleScreen::MsgBox(std::string_view testo, int stile, std::string_vi
 }
 
 void ConsoleScreen::DoEvents() {
-  if (platform::stopRequested() && AnnullaOperazioneInCorso()) platform::clearStopRequest();
+  if (!platform::stopRequested() || !AnnullaOperazioneInCorso()) return;
+  stopSignalled_ = true;
+  platform::clearStopRequest();
 }
 
 void ConsoleScreen::ApriBalloon(const Avviso& avviso) {

@@ -27,6 +27,9 @@ class ConsoleScreen : public Schermo {
   void MostraElencoErrori(std::string_view testo, std::string_view titolo) override;
   void FineProgramma(int stato) override;
 
+  // A stop signal came and was taken for the stop of an operation.
+  [[nodiscard]] bool stopSignalled() const { return stopSignalled_; }
+
   // A line on standard error, over the progress line if one stands there.
   void print(std::string_view line);
 
@@ -36,7 +39,7 @@ class ConsoleScreen : public Schermo {
   [[nodiscard]] bool tooSoon();
 
   bool answerYes_, terminal_;
-  bool progressShown_ = false;
+  bool progressShown_ = false, stopSignalled_ = false;
   std::uint64_t lastShown_ = 0;
 };
 
