@@ -391,8 +391,8 @@ class Bench:
 QUESTIONS = ["small", "mixed", "big", "same", "changed", "plan", "crc", "memory", "calls", "million"]
 
 
-def offer_peers(install):
-    missing = [package for command, package in PEERS.items() if not shutil.which(command)]
+def offer_peers(install, peers):
+    missing = [package for command, package in peers.items() if not shutil.which(command)]
     if not missing:
         return
     if install:
@@ -416,7 +416,7 @@ def main():
         parser.error(f"unknown question: {unknown[0]}")
     if not pathlib.Path(arguments.program).exists():
         sys.exit(f"{arguments.program} is not there: ./run builds it, or name one with --program")
-    offer_peers(arguments.install)
+    offer_peers(arguments.install, PEERS)
     bench = Bench(arguments)
     for question in arguments.questions or QUESTIONS:
         getattr(bench, question)()

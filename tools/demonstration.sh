@@ -2,7 +2,8 @@
 # The demonstration: demonstration.sh PROGRAM FOLDER [fresh], both relative to the working folder.
 #
 # FOLDER gets a program folder (home), three sources (documents, photos, desk) and two destinations (stick, nas). The
-# first call backs everything up; a later one changes a file, adds one and backs up what is new.
+# first call backs everything up; a later one changes a file, adds one and backs up what is new. Then two trees that
+# have gone apart (office, laptop) are synchronised by a second profile.
 #
 # The program folder's Drives.dat gives the demonstration drives of its own. So its paths are short and the same
 # wherever the checkout lies, and no dot of the checkout's path is part of the profile's: the name of its companion
@@ -37,6 +38,18 @@ make_sources() {
   echo "milk, bread" | put desk/shopping.txt "2024-04-01 07:00:00"
   echo "not in the list of single files" | put desk/other.txt "2024-04-01 07:00:00"
   mkdir -p "$demo/stick/copies" "$demo/nas/copies"
+}
+
+# Two sides of the same work: one file is newer here, one there, each side has one that the other lacks.
+make_sides() {
+  echo "Agenda: budget, holidays" | put office/meetings/agenda.txt "2024-05-02 09:00:00"
+  echo "Agenda: budget" | put laptop/meetings/agenda.txt "2024-04-30 17:00:00"
+  echo "Draft 1" | put office/report.txt "2024-05-01 12:00:00"
+  echo "Draft 2, with figures" | put laptop/report.txt "2024-05-03 22:10:00"
+  echo "Same on both sides" | put office/plan.txt "2024-03-01 08:00:00"
+  echo "Same on both sides" | put laptop/plan.txt "2024-03-01 08:00:00"
+  echo "Minutes of the meeting" | put office/meetings/minutes.txt "2024-05-02 11:30:00"
+  echo "Ideas from the train" | put laptop/ideas.txt "2024-05-03 18:45:00"
 }
 
 # One object of the diagram: number, 0 path or 1 custom path object, 0 source or 1 destination, description, path,
@@ -85,10 +98,18 @@ write_profile() {
   printf '%s\n' "FilterBackup = -|*.tmp|*.bak|" "FilterIgnoreInvalidPath = 0" | crlf >"$home/Configb.adv"
 }
 
+write_synchronisation() {
+  printf '%s\n' "Backup_Path_0 = $(in_program_notation "$demo/office")\\" \
+    "Backup_Path_1 = $(in_program_notation "$demo/laptop")\\" "Backup_FTP_0 = " "Backup_FTP_1 = " \
+    "FixFileOption = 2" "FixScanAfterFix = 0" "FtpEnabled = 0" "CompareMethod = 0" "TandemMode = 1" \
+    "SourceNotChange = 0" "EraseFile = 0" "AutoTandemize = 0" | crlf >"$home/Office and laptop.cfg"
+}
+
 start_anew() {
   rm -rf "$demo"
   mkdir -p "$demo"
   make_sources
+  make_sides
   "$program" --folder "$home" init
   sed -i 's/^Language = .*\r$/Language = 1\r/' "$home/GlobalSetting.dat"
   local root
@@ -99,6 +120,7 @@ E: = removable $root/stick
 \\\\nas\\anna = $root/nas
 END
   write_profile
+  write_synchronisation
 }
 
 change_sources() {
@@ -109,6 +131,8 @@ change_sources() {
   # The list of what was saved tells files by their dates, in whole seconds.
   touch -d "@$((1714557600 + 60 * n))" "$demo/desk/shopping.txt" "$demo/documents/letters/letter-$n.txt"
   say "Changed: desk/shopping.txt, new: documents/letters/letter-$n.txt"
+  echo "Ideas, page $n" >"$demo/laptop/ideas-$n.txt"
+  echo "and page $n" >>"$demo/office/report.txt"
 }
 
 show_diagram() {
@@ -124,18 +148,30 @@ END
 # The numbered log files in their order, as one text.
 whole_log() { find "$home" -name 'LogFile*.txt' -print0 | sort -zV | xargs -0r cat | tr -d '\r'; }
 
-# Runs a backup of the type and shows its plan and its part of the log.
-back_up() {
-  local type=$1 before status=0
-  tell_command "backup --type $type --preview"
-  "$program" --folder "$home" backup --type "$type" --preview | sed 's/\t/  ->  /'
+# Runs the words with a preview first, and shows what the run itself writes into the log.
+preview_and_run() {
+  local before status=0
+  tell_command "$@" --preview
+  "$program" --folder "$home" "$@" --preview | sed 's/\t/  ->  /g'
   before=$(whole_log | wc -l)
-  tell_command "backup --type $type"
-  "$program" --folder "$home" backup --type "$type" || status=$?
+  tell_command "$@"
+  "$program" --folder "$home" "$@" || status=$?
   echo "Exit status $status"
   say "What it wrote into the log"
   whole_log | tail -n +"$((before + 1))"
   return "$status"
+}
+
+back_up() { preview_and_run backup --type "$1"; }
+
+sides() { (cd "$demo" && find office laptop -type f -printf '%TY-%Tm-%Td %TH:%TM  %5s  %p\n' | sort -k4); }
+
+synchronise() {
+  say "Two sides of the same work have gone apart"
+  sides
+  preview_and_run --profile "$home/Office and laptop.cfg" sync
+  say "Now they agree"
+  sides
 }
 
 # Inode and path of each copy. A copy never reuses the file that it replaces, so a file copied anew has a new pair.
@@ -149,7 +185,7 @@ show_copies() {
     if grep -qxF "$inode $path" <<<"$before"; then mark=' '; fi
     (cd "$demo" && find "$path" -printf "$mark %TY-%Tm-%Td %TH:%TM  %9s  %p\n")
   done < <(copies | sort -k2)
-  say "They lie in $demo/stick and $demo/nas. ./run again copies what changes, ./run fresh starts anew."
+  say "They lie in $demo/stick and $demo/nas."
 }
 
 if [[ $fresh != fresh && -f $home/FilesList.Dat ]]; then
@@ -163,3 +199,5 @@ else
   back_up full
 fi
 show_copies "$before"
+synchronise
+say "./run again backs up and synchronises what changes, ./run fresh starts anew."
