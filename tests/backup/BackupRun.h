@@ -63,11 +63,13 @@ class BackupFolder : public ProgramFolder {
   return lines;
 }
 
-// A record of a file that lies directly in its folder.
-[[nodiscard]] inline RecordFile recordOf(const std::string& path, double size = 0) {
+// A record of a file that was found below `root`, without its separator; an empty one is the file's folder.
+[[nodiscard]] inline RecordFile recordOf(const std::string& path, double size = 0,
+                                         std::string_view root = "") {
   DepositoNomi& store = ArrayScansione.Deposito();
   const std::string folder = ConSeparatore(CartellaSuperiore(path)), name = NomeFinale(path);
-  RecordFile record(store.Cartella(folder), {store.Testo(name), name.size()}, folder.size() - 1);
+  RecordFile record(store.Cartella(folder), {store.Testo(name), name.size()},
+                    root.empty() ? folder.size() - 1 : root.size());
   record.Dimensione = size;
   record.TipoPercorso = static_cast<std::int8_t>(TipoPercorso(path));
   return record;

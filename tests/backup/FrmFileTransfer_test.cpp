@@ -603,7 +603,10 @@ TEST(Synchronisation, Empty_folders_go_upward_as_long_as_their_counterparts_have
   t.work().write("from/keep", "x");
   t.work().write("from/x/y/z/a", "old");
   t.work().makeFolder("to/x");
-  addTransfer(t.program("from/x/y/z/a"), t.program("to/x/y/z/a"), 3).Sorgente.DaEliminare = true;
+  RecordOperazione& deletion = addTransfer(t.program("from/x/y/z/a"), t.program("to/x/y/z/a"), 3);
+  deletion.Sorgente = test::recordOf(t.program("from/x/y/z/a"), 3, t.program("from"));
+  deletion.Destinazione = test::recordOf(t.program("to/x/y/z/a"), 0, t.program("to"));
+  deletion.Sorgente.DaEliminare = true;
   t.init(1);
   EXPECT_FALSE(t.work().exists("from/x/y"));
   EXPECT_TRUE(t.work().exists("from/x"));

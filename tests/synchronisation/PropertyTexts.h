@@ -96,7 +96,7 @@ inline std::string textOf(const std::vector<ContatoriUnita>& counters) {
 }
 
 // The program's plan in the words of the model.
-inline Lines plannedOperations() {
+inline Lines planInModelWords() {
   Lines lines;
   for (std::size_t i = 0; i < ArrayTrasferimento.Numero(); ++i) {
     const auto& [source, destination] = ArrayTrasferimento[i];

@@ -157,7 +157,7 @@ class Bench : public test::ProgramFolder {
     FrmTandemize window;
     const EsitoOperazione outcome = window.Anteprima();
     SoloLogInMemoria(false);
-    std::string complaint = test::planDifference(plan, test::plannedOperations());
+    std::string complaint = test::planDifference(plan, test::planInModelWords());
     complaint +=
         differenceOf("outcome of the preview",
                      textOf(plan.operations.empty() ? EsitoOperazione::NienteDaFare : EsitoOperazione::Fatto),
