@@ -73,20 +73,25 @@ bool FrmBackupChoice::PreparaElencoSalvati() {
   return false;
 }
 
-EsitoOperazione FrmBackupChoice::Esegui() {
+// False if the server that the diagram needs cannot be reached, which was reported, or the user stopped it.
+bool FrmBackupChoice::ConnettiServer(bool& conFtp) {
   std::uint8_t indiceServer = 0;
-  bool conFtp = false;
+  conFtp = false;
   ControllaEsistenza_FileFtp_Array_Oggetti(indiceServer, conFtp);
-  if (conFtp) {
-    std::string messaggio;
-    bool fallita = false;
-    Connetti_Al_Server_FTP(indiceServer, messaggio, fallita, false);
-    ErroreInCorso |= fallita;
-    if (ErroreInCorso || ProcessoAnnullato) {
-      ErroreInCorso = false;
-      return std::exchange(ProcessoAnnullato, false) ? EsitoOperazione::Annullato
-                                                     : EsitoOperazione::Rifiutato;
-    }
+  if (!conFtp) return true;
+  std::string messaggio;
+  bool fallita = false;
+  // A table without any server counts as a failure too, which has been told.
+  fallita = Connetti_Al_Server_FTP(indiceServer, messaggio, fallita, false) != 0;
+  ErroreInCorso |= fallita;
+  return !ErroreInCorso && !ProcessoAnnullato;
+}
+
+EsitoOperazione FrmBackupChoice::Esegui() {
+  bool conFtp = false;
+  if (!ConnettiServer(conFtp)) {
+    ErroreInCorso = false;
+    return std::exchange(ProcessoAnnullato, false) ? EsitoOperazione::Annullato : EsitoOperazione::Rifiutato;
   }
   PrelevaFilePerBackup(Accurato());
   if (SoloTest()) return EseguiTest(conFtp);
@@ -113,9 +118,13 @@ EsitoOperazione FrmBackupChoice::EseguiTest(bool conFtp) {
 bool FrmBackupChoice::Anteprima() {
   anteprima_ = true;
   ErroreInCorso = ProcessoAnnullato = false;
-  bool riuscita = PreparaElencoSalvati() && UltimoOggetto() >= 2;
-  PrelevaFilePerBackup(Accurato());
+  bool riuscita = PreparaElencoSalvati() && UltimoOggetto() >= 2, conFtp = false;
+  if (ConnettiServer(conFtp))
+    PrelevaFilePerBackup(Accurato());
+  else
+    riuscita = false;
   riuscita = riuscita && !ProcessoAnnullato && MostraRapporto(true);
+  if (conFtp) DisconnettiServer("");
   anteprima_ = false;
   return riuscita;
 }
@@ -147,7 +156,10 @@ EsitoOperazione FrmBackupChoice::InizioTrasferimento(bool procedi) {
   const bool eseguito = trasferimento.Init(0, salvaLista, cmbTipoBackup == TipoBackup::Incrementale);
   Falliti = std::move(trasferimento.Falliti);
   NumeroFalliti = trasferimento.NumeroFalliti;
-  if (!eseguito) return ProcessoAnnullato ? EsitoOperazione::Annullato : EsitoOperazione::Rifiutato;
+  if (!eseguito)
+    return ProcessoAnnullato || trasferimento.EsitoCopia == EsitoTrasferimento::Annullato
+               ? EsitoOperazione::Annullato
+               : EsitoOperazione::Rifiutato;
   switch (trasferimento.EsitoCopia) {
     case EsitoTrasferimento::Annullato:
       return EsitoOperazione::Annullato;

@@ -93,6 +93,8 @@ class FrmBackupChoice : public FinestraOperazione {
     return Opt == ModoEsecuzione::TestVeloce || Opt == ModoEsecuzione::TestAccurato;
   }
   [[nodiscard]] bool Accurato() const { return static_cast<int>(Opt) % 2 == 1; }
+  bool ConnettiServer(bool& conFtp);
+  bool ConnettiPerFileSingoli(const OggettoBackup& oggetto, std::int32_t server);
   EsitoOperazione Esegui();
   EsitoOperazione EseguiTest(bool conFtp);
   bool PreparaElencoSalvati();

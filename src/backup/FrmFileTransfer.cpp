@@ -1,7 +1,8 @@
+#include "backup/FrmFileTransfer.h"
+
 #include <algorithm>
 #include <functional>
 
-#include "backup/FrmFileTransfer.h"
 #include "errors/ModuloLog.h"
 #include "platform/machine.h"
 #include "presentation/Avvisi.h"
@@ -123,6 +124,7 @@ bool FrmFileTransfer::TrasferisciRecord(std::size_t i) {
   DoEvents();
   if (ProcessoAnnullato) return false;
   attributiCopiati_ = -1;
+  dataElencata_ = operazione.Sorgente.Data;
   bool copiato = false;
   if (EraseFile != 0 && operazione.Sorgente.DaEliminare)
     EliminaRecord(operazione, sorgente, destinazione);
@@ -143,12 +145,15 @@ bool FrmFileTransfer::PreparaCartella(std::size_t i) {
   const std::string* conSeparatore = operazione.Destinazione.CartellaDelFile();
   if (conSeparatore == nullptr) return true;
   const std::string cartella = CartellaSuperiore(*conSeparatore + "x");
+  const bool suServer = operazione.Destinazione.TipoPercorso == PercorsoFtp;
+  // On a connection that is gone nothing can be made; the transfer says so, once for each file.
+  if (suServer && !SessioneFtp().isOpen()) return !ProcessoAnnullato;
   if (!EsisteCartella(cartella)) {
     if (LunghezzaInCaratteri(cartella) > 2 && CreaSottoCartelle(cartella)) cartellaFatta_ = conSeparatore;
-  } else if (cartelleRipulite_.insert(conSeparatore).second) {
+  } else if (!suServer && cartelleRipulite_.insert(conSeparatore).second) {
     platform::clearLeftovers(*conSeparatore);
   }
-  if (conSeparatore != cartellaAllaMano_) PreparaScorta(i);
+  if (!suServer && conSeparatore != cartellaAllaMano_) PreparaScorta(i);
   return !ProcessoAnnullato;
 }
 
@@ -159,8 +164,7 @@ void FrmFileTransfer::PreparaScorta(std::size_t i) {
   while (fine < ArrayTrasferimento.Numero() &&
          ArrayTrasferimento[fine].Destinazione.CartellaDelFile() == cartellaAllaMano_)
     ++fine;
-  const bool conviene =
-      fine - i >= FilePerLaScorta && ArrayTrasferimento[i].Destinazione.TipoPercorso != PercorsoFtp;
+  const bool conviene = fine - i >= FilePerLaScorta;
   scorta_.expect(*cartellaAllaMano_, conviene ? fine - i : 0);
 }
 
@@ -177,15 +181,10 @@ bool FrmFileTransfer::CopiaFile(const std::string& sorgente, const std::string& 
     return Copy_File(sorgente, destinazione,
                      std::int64_t{1024} * (inRete ? BufferLanKB() : BufferLocaleKB()));
   }
-  ++FileCopiati;
-  const std::string testo = InLingua("==> I server FTP non sono ancora raggiungibili da questa versione : ",
-                                     "==> FTP servers cannot be reached by this version yet : ") +
-                            (direzione == Direzione::AlServer ? destinazione : sorgente);
-  ErroreFatale(0, direzione == Direzione::AlServer ? "InviaFileAlServer" : "ScaricaFileDalServer", 2, 0, "",
-               testo, 0);
-  PeggioraEsito(EsitoTrasferimento::ErroreSuperato);
-  NotaFallito(sorgente, testo);
-  return false;
+  const std::int64_t buffer = std::int64_t{1024} * BufferFtpKB();
+  if (direzione == Direzione::DalServer) return ScaricaFileDalServer(destinazione, sorgente, buffer);
+  return TipoPercorso(sorgente) == PercorsoFtp ? CopiaFraServer(sorgente, destinazione, buffer)
+                                               : InviaFileAlServer(sorgente, destinazione, buffer);
 }
 
 // The copy kept the permission bits, so there is something to do only where they and the attributes seen by

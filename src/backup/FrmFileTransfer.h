@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -15,6 +16,7 @@
 #include "backup/MisuratoreVelocita.h"
 #include "errors/ModuloGestioneErrori.h"
 #include "platform/files.h"
+#include "platform/ftp.h"
 #include "platform/newfile.h"
 #include "platform/newfilesupply.h"
 #include "shell/Schermo.h"
@@ -66,6 +68,12 @@ class FrmFileTransfer : public FinestraOperazione {
   void FaseDiTrasferimento();
   void TrasferisciFile();
   bool Copy_File(const std::string& sorgente, const std::string& destinazione, std::int64_t buffer);
+  // Over the session, again as often as the retry rules say. False if the destination does not hold the
+  // source's content: the user stopped it (EsitoCopia 1), it was given up (2), or this machine's own side
+  // failed (3). Nothing of it is left then where that can be seen to; an older local copy stands.
+  bool InviaFileAlServer(const std::string& sorgente, const std::string& destinazione, std::int64_t buffer);
+  bool ScaricaFileDalServer(const std::string& destinazione, const std::string& sorgente,
+                            std::int64_t buffer);
   void AggiornaProgressBar(double byte);
   void AggiornaProgressBarFileSingolo(double massimo, double valore);
   void FineTrasferimento();
@@ -77,6 +85,7 @@ class FrmFileTransfer : public FinestraOperazione {
   enum class Direzione : std::uint8_t { Locale, DalServer, AlServer };
 
   bool Prepara();
+  bool ConnettiServer();
   bool LogScrivibile();
   void AggiungiPc(const RecordOperazione& operazione);
   bool TrasferisciRecord(std::size_t i);
@@ -115,6 +124,31 @@ class FrmFileTransfer : public FinestraOperazione {
   bool CopiaSenzaVecchia(Copia& copia);
   bool CopiaConSistema(Copia& copia);
   bool BloccoDiErrore(Copia& copia);
+
+  // Pieces of one transfer over the session.
+  struct CopiaFtp;
+  bool CopiaFraServer(const std::string& sorgente, const std::string& destinazione, std::int64_t buffer);
+  bool Invia(CopiaFtp& copia);
+  platform::ErrorCode TentaInvio(platform::FtpSession& sessione, CopiaFtp& copia);
+  platform::ErrorCode InviaBlocchi(platform::SourceFile& in, platform::FtpData& out, CopiaFtp& copia);
+  bool Scarica(CopiaFtp& copia);
+  platform::ErrorCode TentaScarico(platform::FtpSession& sessione, CopiaFtp& copia);
+  platform::ErrorCode ScaricaBlocchi(platform::FtpData& in, platform::NewFile& out, CopiaFtp& copia,
+                                     std::uint64_t lunghezza);
+  platform::ErrorCode ConcludiScarico(platform::NewFile& out, CopiaFtp& copia,
+                                      const std::optional<platform::FileTime>& momento);
+  void PreparaBlocco(std::int64_t buffer);
+  void RicominciaFtp(CopiaFtp& copia);
+  void ContaFtp(CopiaFtp& copia, std::uint64_t lunghezza);
+  void AvanzaFtp(CopiaFtp& copia, std::size_t byte, std::uint64_t lunghezza);
+  static bool ConcludiFtp();
+  bool AbbandonaFtp(const CopiaFtp& copia, std::string_view routine);
+  void RiferisciFallito(const std::string& percorso, std::string_view routine, std::int32_t errore,
+                        const std::string& testo);
+  static void EliminaParziale(const CopiaFtp& copia);
+  static bool VuotoSulServer(const std::string& percorso);
+  static void NotaParziale(const std::string& percorso);
+
   void NotaFallito(const std::string& percorso, std::string_view motivo);
   // The first thing that goes wrong is the outcome, but for a failed copy, which always is.
   void PeggioraEsito(EsitoTrasferimento nuovo);
@@ -139,7 +173,9 @@ class FrmFileTransfer : public FinestraOperazione {
   const std::string* cartellaFatta_ = nullptr;  // the folder made last: nobody else has put a file into it
   // Hashes of the paths that this synchronisation has written or deleted itself.
   std::unordered_set<std::size_t> propri_;
-  std::int32_t attributiCopiati_ = -1;  // of the destination just written; -1 when they are not known
+  std::vector<char> blocco_;                 // what is on its way to or from a server
+  std::int64_t dataElencata_ = DataAssente;  // of the source at hand, as its folder's listing told it
+  std::int32_t attributiCopiati_ = -1;       // of the destination just written; -1 when they are not known
   std::uint64_t ultimoMostrato_ = 0, ultimaMemoria_ = 0;
   StatoTrasferimento stato_;
 };

@@ -1,6 +1,7 @@
 // The planning walk: from the diagram's sources to one record for each file and destination.
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "backup/FrmBackupChoice.h"
@@ -11,6 +12,7 @@
 #include "shell/Lingua.h"
 #include "shell/Schermo.h"
 #include "storage/File_System.h"
+#include "storage/ModuloInternet.h"
 #include "storage/Percorsi.h"
 #include "storage/Unita.h"
 #include "synchronisation/FrmScan.h"
@@ -48,6 +50,18 @@ std::string ConSeparatoriDi(std::int32_t tipo, std::string_view percorso) {
     if (!doppio) risultato.push_back(c);
   }
   return risultato;
+}
+
+// A search on a server lists a whole folder, whatever the path, so the file is looked for among its entries.
+RispostaDir CercaFile(const std::string& percorso, RecordRicerca& trovato) {
+  HandleRicerca ricerca = 0;
+  const bool suServer = TipoPercorso(percorso) == PercorsoFtp;
+  RispostaDir risposta = DirFile(
+      ricerca, trovato, suServer ? ConSeparatore(CartellaSuperiore(percorso)) + "*.*" : percorso, false);
+  while (suServer && !risposta.fallita() && !risposta.fine() && risposta.nome() != NomeFinale(percorso))
+    risposta = DirFile(ricerca, trovato, "", false);
+  ChiudiRicerca(ricerca);
+  return risposta;
 }
 
 }  // namespace
@@ -90,6 +104,7 @@ class FrmBackupChoice::Destinazioni {
     const std::string* cartellaSorgente;
     const std::string* cartella;
     bool cartellaEsiste;
+    std::optional<bool> rispostaDelServer{};
   };
 
   static void CambiaCartella(Meta& meta, const RecordFile& sorgente) {
@@ -99,10 +114,16 @@ class FrmBackupChoice::Destinazioni {
     meta.cartella = ArrayScansione.Deposito().Cartella(cartella);
     meta.cartellaSorgente = sorgente.CartellaDelFile();
     meta.cartellaEsiste = meta.tipo == PercorsoFtp || EsisteCartella(cartella);
+    meta.rispostaDelServer.reset();
   }
 
-  static bool Esiste(const Meta& meta, const RecordFile& record) {
-    return meta.cartellaEsiste && EsisteFile(record.Percorso());
+  // On a server the answer is about the session's current folder and the same for each file, so it is asked
+  // for once a folder.
+  static bool Esiste(Meta& meta, const RecordFile& record) {
+    if (!meta.cartellaEsiste) return false;
+    if (meta.tipo != PercorsoFtp) return EsisteFile(record.Percorso());
+    if (!meta.rispostaDelServer) meta.rispostaDelServer = EsisteFile(record.Percorso());
+    return *meta.rispostaDelServer;
   }
 
   std::vector<Meta> mete_;
@@ -150,6 +171,7 @@ void FrmBackupChoice::PrelevaOggetto(const OggettoBackup& oggetto, const std::st
   ArrayScansione.Azzera(1);
   const std::int32_t server = IndiceServerDaDescrizione(oggetto.BackFtpServerDescription);
   if (oggetto.BackPath.empty()) {
+    if (!ConnettiPerFileSingoli(oggetto, server)) return;
     RiempiArrayFileSingolo(oggetto, avanzamento);
   } else {
     FrmScan scansione;
@@ -161,6 +183,18 @@ void FrmBackupChoice::PrelevaOggetto(const OggettoBackup& oggetto, const std::st
   const double file = static_cast<double>(std::max<std::size_t>(1, ArrayScansione.Righe(0)));
   const double destinazioni = static_cast<double>(std::max<std::size_t>(1, oggetto.BackLinkTo.size()));
   AggiungiTrasferimenti(oggetto, sottocartella, accurato, avanzamento, quota / (file * destinazioni));
+}
+
+// The checks of the paths have closed the session. A folder's walk connects by itself, single files do not.
+bool FrmBackupChoice::ConnettiPerFileSingoli(const OggettoBackup& oggetto, std::int32_t server) {
+  const auto suServer = [](const std::string& file) { return TipoPercorso(file) == PercorsoFtp; };
+  if (std::ranges::none_of(oggetto.Files, suServer)) return true;
+  std::string messaggio;
+  bool fallita = false;
+  Connetti_Al_Server_FTP(static_cast<std::int16_t>(server), messaggio, fallita, false);
+  if (!fallita) return !ProcessoAnnullato;
+  AggiungiErrore(*std::ranges::find_if(oggetto.Files, suServer), CodiceErrore::Generico);
+  return false;
 }
 
 // A source that can still be reached is not judged by the fault of a subfolder: the log has told of it.
@@ -226,10 +260,8 @@ void FrmBackupChoice::RiempiArrayFileSingolo(const OggettoBackup& oggetto, FrmPr
 
 // The file's `Nome` is its bare name behind a separator, so it lands directly under the destination.
 void FrmBackupChoice::AggiungiFileSingolo(const std::string& percorso) {
-  HandleRicerca ricerca = 0;
   RecordRicerca trovato;
-  const RispostaDir risposta = DirFile(ricerca, trovato, percorso, false);
-  ChiudiRicerca(ricerca);
+  const RispostaDir risposta = CercaFile(percorso, trovato);
   if (risposta.fallita()) {
     AggiungiErrore(percorso, CodiceErrore::Generico);
     return;

@@ -14,7 +14,9 @@
 #include "shell/Lingua.h"
 #include "shell/ModuloPrincipale.h"
 #include "shell/Schermo.h"
+#include "shell/TestiPropri.h"
 #include "storage/File_System.h"
+#include "storage/ModuloArray.h"
 #include "storage/Percorsi.h"
 
 namespace tandemize {
@@ -100,6 +102,7 @@ bool FrmFileTransfer::Prepara() {
   if (!LogScrivibile()) return false;
   FrmProgressBar avanzamento(this, Messaggio(284), 3);
   avanzamento.Valore(1);
+  if (!ConnettiServer()) return false;
   std::vector<RigaPercorso> radici;
   if (ControllaDestinazioni(radici) != 0) return false;
   avanzamento.Valore(2);
@@ -107,6 +110,20 @@ bool FrmFileTransfer::Prepara() {
   avanzamento.Valore(3);
   DoEvents();
   return true;
+}
+
+// A failure has been reported by the connect itself; what is told here is how the run ends.
+bool FrmFileTransfer::ConnettiServer() {
+  bool fallita = false;
+  ConnettiServerOggetti(ArrayTrasferimento, ModoTrasferimento == 1, fallita);
+  if (ProcessoAnnullato) EsitoCopia = EsitoTrasferimento::Annullato;
+  if (!fallita || ProcessoAnnullato) return !ProcessoAnnullato;
+  ErroreInCorso = true;
+  FineOperazione(ErroreInCorso,
+                 InLingua("La connessione al server FTP non è riuscita, nessun file è stato copiato.",
+                          "The connection to the FTP server has failed, no file was copied."),
+                 ProcessoAnnullato);
+  return false;
 }
 
 std::int32_t FrmFileTransfer::ControllaDestinazioni(std::vector<RigaPercorso>& radici) {

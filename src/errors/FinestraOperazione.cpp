@@ -40,6 +40,11 @@ bool FormCaricato(std::string_view nome) {
                              [nome](const FinestraOperazione* finestra) { return finestra->Nome() == nome; });
 }
 
+bool OperazioneAnnullata() {
+  return std::ranges::any_of(FinestreCaricate(),
+                             [](const FinestraOperazione* finestra) { return finestra->ProcessoAnnullato; });
+}
+
 bool AnnullaOperazioneInCorso() {
   if (FinestreCaricate().empty()) return false;
   FinestreCaricate().back()->Annulla(true);

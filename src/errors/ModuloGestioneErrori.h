@@ -40,6 +40,8 @@ extern bool
 [[nodiscard]] std::string FormAttivo();
 [[nodiscard]] bool FormCaricato(std::string_view nome);
 
+// Whether the user has stopped the operation of one of the windows.
+[[nodiscard]] bool OperazioneAnnullata();
 // Stops the active operation without a question, as a stop signal does; false if none runs.
 bool AnnullaOperazioneInCorso();
 

@@ -4,6 +4,7 @@
 #include "platform/machine.h"
 #include "shell/ModuloPrincipale.h"
 #include "storage/File_System.h"
+#include "storage/OperazioniFtp.h"
 #include "storage/Percorsi.h"
 
 namespace tandemize {
@@ -147,7 +148,9 @@ std::string DateFile(const RecordRicerca& record, std::int64_t& creazione, std::
   return text;
 }
 
+// A search on a server would give the date of the first entry of a folder, not of this file.
 std::string DataFileDaRicerca(std::string_view path) {
+  if (TipoPercorso(path) == PercorsoFtp) return DataFileFtp(path);
   HandleRicerca handle = 0;
   RecordRicerca record;
   const RispostaDir answer = DirFile(handle, record, path, true);

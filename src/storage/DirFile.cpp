@@ -2,8 +2,10 @@
 
 #include "errors/ModuloGestioneErrori.h"
 #include "shell/Schermo.h"
+#include "storage/DirFileFtp.h"
 #include "storage/File_System.h"
 #include "storage/Guardia.h"
+#include "storage/ModuloInternet.h"
 #include "storage/Percorsi.h"
 #include "storage/Unita.h"
 
@@ -58,7 +60,7 @@ void riempi(RecordRicerca& record, platform::FoundFile&& found) {
 
 // A missing folder answers as a missing file does: nothing is there. That says nothing about a disc that has
 // gone, whose files may all still exist, so its number stays.
-platform::ErrorCode apri(HandleRicerca& handle, RecordRicerca& record, std::string_view path) {
+platform::ErrorCode apriLocale(HandleRicerca& handle, RecordRicerca& record, std::string_view path) {
   platform::FolderSearch search;
   platform::FoundFile found;
   platform::ErrorCode error = search.open(path, found);
@@ -67,6 +69,18 @@ platform::ErrorCode apri(HandleRicerca& handle, RecordRicerca& record, std::stri
   handle = ricerche.aggiungi(std::move(search));
   riempi(record, std::move(found));
   return platform::kNoError;
+}
+
+platform::ErrorCode apriSulServer(HandleRicerca& handle, RecordRicerca& record, std::string_view path) {
+  platform::FtpEntry found;
+  const platform::ErrorCode error = ApriRicercaFtp(handle, found, path);
+  if (error == platform::kNoError) riempi(record, std::move(found));
+  return error;
+}
+
+platform::ErrorCode apri(HandleRicerca& handle, RecordRicerca& record, std::string_view path,
+                         std::int32_t kind) {
+  return kind == PercorsoFtp ? apriSulServer(handle, record, path) : apriLocale(handle, record, path);
 }
 
 // False at the end, which any failure of a step counts as, a step without an open search too. The folder was
@@ -89,6 +103,13 @@ bool innocuo(platform::ErrorCode error) {
   return error == platform::kFileNotFound || error == 1008 || error == 1400;
 }
 
+// A stop has a line of its own in the log, so no report follows.
+bool riprova(std::uint8_t& attempts, platform::ErrorCode error, std::string_view path) {
+  const std::string detail = DettaglioPercorso("File/Folder Name: ", path);
+  return error != platform::kFtpStopped &&
+         ErroreRipetibileApi(attempts, error, "DirFile", ConParoleDelServer(detail, error));
+}
+
 RispostaDir inizia(HandleRicerca& handle, RecordRicerca& record, std::string_view path, bool quiet) {
   ChiudiRicerca(handle);
   record.cFileName.clear();
@@ -96,30 +117,59 @@ RispostaDir inizia(HandleRicerca& handle, RecordRicerca& record, std::string_vie
   std::uint8_t attempts = 0;
   for (;;) {
     DoEvents();
-    const platform::ErrorCode error = kind == PercorsoFtp ? ErroreSessioneChiusa : apri(handle, record, path);
+    const platform::ErrorCode error = apri(handle, record, path, kind);
     if (attempts > 0 && handle > 0) {
       attempts = 0;
       NotificaRipristino(FormAttivo());
     }
     record.cAlternate.assign(1, static_cast<char>('0' + kind));
-    if (error == platform::kNoError) return {record.cFileName};
+    if (error == platform::kNoError || error == platform::kNoMoreFiles) return {record.cFileName};
     if (quiet) return RispostaDir::Fallita();
     if (innocuo(error)) return {record.cFileName};
-    if (!ErroreRipetibileApi(attempts, error, "DirFile", DettaglioPercorso("File/Folder Name: ", path)))
-      return RispostaDir::Fallita();
+    if (!riprova(attempts, error, path)) return RispostaDir::Fallita();
   }
+}
+
+RispostaDir passoLocale(HandleRicerca& handle, RecordRicerca& record) {
+  DoEvents();
+  return {prosegui(handle, record) ? record.cFileName : std::string()};
+}
+
+// Unlike a local folder's, a search on the server can be lost half way, when events let in a new connect:
+// what follows is not known then, which must not pass for the end. A search that is given up is closed, so
+// that its next step ends it.
+RispostaDir passoSulServer(HandleRicerca& handle, RecordRicerca& record, bool quiet) {
+  std::uint8_t attempts = 0;
+  for (;;) {
+    DoEvents();
+    platform::FtpEntry found;
+    const platform::ErrorCode error = RicordaErroreFtp(ProseguiRicercaFtp(handle, found));
+    if (error == platform::kNoError) {
+      if (attempts > 0) NotificaRipristino(FormAttivo());
+      riempi(record, std::move(found));
+      return {record.cFileName};
+    }
+    const bool ended = error == platform::kNoMoreFiles;
+    if (!ended && !quiet && riprova(attempts, error, "")) continue;
+    ChiudiRicerca(handle);
+    return ended ? RispostaDir(std::string()) : RispostaDir::Fallita();
+  }
+}
+
+bool ricordaServer(const RecordRicerca& record) {
+  return record.cAlternate.starts_with(static_cast<char>('0' + PercorsoFtp));
 }
 
 }  // namespace
 
 RispostaDir DirFile(HandleRicerca& handle, RecordRicerca& record, std::string_view path, bool quiet) {
   if (!path.empty()) return inizia(handle, record, path, quiet);
-  DoEvents();
-  return {prosegui(handle, record) ? record.cFileName : std::string()};
+  return ricordaServer(record) ? passoSulServer(handle, record, quiet) : passoLocale(handle, record);
 }
 
 void ChiudiRicerca(HandleRicerca& handle) {
   ricerche.chiudi(handle);
+  ChiudiRicercaFtp(handle);
   handle = 0;
 }
 

@@ -2,6 +2,7 @@
 #include "shell/Schermo.h"
 #include "storage/File_System.h"
 #include "storage/Guardia.h"
+#include "storage/OperazioniFtp.h"
 #include "storage/Percorsi.h"
 #include "storage/Unita.h"
 
@@ -47,8 +48,10 @@ std::int32_t contaLocale(std::string_view path) {
 
 }  // namespace
 
-// A plain file needs no search to be found: asking for its status answers the same in one call. A folder goes
-// the long way, since a search does not find one that the path is inside of already.
+// On a server this says whether the folder that the session ends up in lists anything, and nothing about the
+// file's name.
+// A plain local file needs no search to be found: asking for its status answers the same in one call. A
+// folder goes the long way, since a search does not find one that the path is inside of already.
 bool EsisteFile(std::string_view path) {
   if (path.empty()) return false;
   if (!èNomeDiFile(path)) return trovaConRicerca(path);
@@ -60,18 +63,13 @@ bool EsisteFile(std::string_view path) {
 
 bool EsisteCartella(std::string_view path, bool quiet) {
   if (path.empty()) return false;
-  // Without a session a quiet question about a folder on a server is answered without any contact; another
-  // cannot be answered.
-  if (TipoPercorso(path) == PercorsoFtp) return quiet;
+  if (TipoPercorso(path) == PercorsoFtp) return EsisteCartellaFtp(path, quiet);
   DoEvents();
   return platform::folderExists(path) || èRadiceDiCdPronto(path);
 }
 
 std::int32_t Restituisci_NumeroFile_Cartella(std::string_view path) {
-  if (TipoPercorso(path) != PercorsoFtp) return contaLocale(path);
-  static_cast<void>(ConRiprova([] { return ErroreSessioneChiusa; }, "Restituisci_NumeroFile_Cartella",
-                               DettaglioPercorso("Cartella: ", path)));
-  return RisultatoFallito;
+  return TipoPercorso(path) == PercorsoFtp ? NumeroFileCartellaFtp(path) : contaLocale(path);
 }
 
 }  // namespace tandemize

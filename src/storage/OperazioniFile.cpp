@@ -2,6 +2,7 @@
 #include "shell/Schermo.h"
 #include "storage/File_System.h"
 #include "storage/Guardia.h"
+#include "storage/OperazioniFtp.h"
 #include "storage/Percorsi.h"
 #include "storage/Unita.h"
 
@@ -16,20 +17,14 @@ bool èFtp(std::string_view path) {
 // A file that is read-only goes too, so its attributes are cleared first; whether that worked shows in the
 // deletion.
 platform::ErrorCode eliminaUnaVolta(std::string_view path) {
-  if (èFtp(path)) return ErroreSessioneChiusa;
   static_cast<void>(platform::setAttributes(path, 0));
   return platform::deleteFile(path);
-}
-
-platform::ErrorCode eliminaCartellaUnaVolta(std::string_view path) {
-  return èFtp(path) ? ErroreSessioneChiusa : platform::removeFolder(path);
 }
 
 // Without its medium a drive's folder on the host may be missing or an empty rest: what is made there would
 // never reach the medium.
 platform::ErrorCode creaUnaVolta(std::string_view path) {
   DoEvents();
-  if (èFtp(path)) return ErroreSessioneChiusa;
   return DiscoAssente(path) ? platform::kPathNotFound : platform::createFolder(path);
 }
 
@@ -48,35 +43,45 @@ std::size_t inizioTerzoCarattere(std::string_view path) {
   return position;
 }
 
+// Nothing is deleted that the log does not tell of first.
+bool annunciata(std::string_view text, std::string_view path) {
+  const platform::ErrorCode before = ErroreLog();
+  ScriviLog(tra(text, path), RigaNormale);
+  return before != platform::kNoError || ErroreLog() == platform::kNoError;
+}
+
 }  // namespace
 
 bool EliminaFile(std::string_view path) {
-  ScriviLog(tra("Deleting File ", path), RigaNormale);
+  if (!annunciata("Deleting File ", path)) return false;
   if (!EsisteFile(path)) {
     ScriviLog("Error: File Not Found", BloccoErrore);
     return false;
   }
-  if (!ConRiprova([path] { return eliminaUnaVolta(path); }, "EliminaFile",
-                  DettaglioPercorso("File/Folder Name: ", path)))
-    return false;
+  const bool done = èFtp(path) ? EliminaFileFtp(path)
+                               : ConRiprova([path] { return eliminaUnaVolta(path); }, "EliminaFile",
+                                            DettaglioPercorso("File/Folder Name: ", path));
+  if (!done) return false;
   ScriviLog("", RigaOk);
   return true;
 }
 
 bool EliminaCartella(std::string_view path) {
-  ScriviLog(tra("Deleting Folder ", path), RigaNormale);
+  if (!annunciata("Deleting Folder ", path)) return false;
   if (!EsisteCartella(path)) {
     ScriviLog("Error: Folder Not Found", BloccoErrore);
     return false;
   }
-  if (!ConRiprova([path] { return eliminaCartellaUnaVolta(path); }, "EliminaCartella",
-                  DettaglioPercorso("Folder Name: ", path)))
-    return false;
+  const bool done = èFtp(path) ? EliminaCartellaFtp(path)
+                               : ConRiprova([path] { return platform::removeFolder(path); },
+                                            "EliminaCartella", DettaglioPercorso("Folder Name: ", path));
+  if (!done) return false;
   ScriviLog("", RigaOk);
   return true;
 }
 
 bool CreaDirectory(std::string_view path) {
+  if (èFtp(path)) return CreaDirectoryFtp(path);
   return ConRiprova([path] { return creaUnaVolta(path); }, "CreaDirectory",
                     DettaglioPercorso("File/Folder Name: ", path));
 }

@@ -18,6 +18,11 @@ class clsCRC {
   // failed when it cannot be read.
   [[nodiscard]] RisultatoCRC CalculateFile(std::string_view path);
 
+  // Checksum of a file on the FTP session, up to its end or to where its data stops coming; of a file that
+  // gives no data, or that the server refuses, the checksum of one zero byte. Failed only without a session
+  // or by a stop.
+  [[nodiscard]] RisultatoCRC CalculateFile_FTP(std::string_view path);
+
   // Updates the register and gives `Value`; an empty span changes nothing and gives no value.
   std::optional<std::int32_t> AddBytes(std::span<const std::uint8_t> bytes);
   std::optional<std::int32_t> AddString(std::string_view text);

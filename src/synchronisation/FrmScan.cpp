@@ -7,6 +7,7 @@
 #include "shell/Lingua.h"
 #include "storage/Guardia.h"
 #include "storage/ModuloInternet.h"
+#include "storage/OperazioniFtp.h"
 #include "storage/Percorsi.h"
 #include "synchronisation/FiltroAccetta.h"
 
@@ -101,7 +102,8 @@ bool FrmScan::ScansionaUnPercorso(const std::string& percorso, std::size_t numer
 // empty from there on. So the path must lie on the same volume behind the walk as before it.
 void FrmScan::ScansionaVolume(const std::string& percorso, std::size_t numero) {
   platform::SpaceOnDisc prima, dopo;
-  const bool noto = platform::freeSpace(percorso, prima) == platform::kNoError;
+  const bool noto =
+      TipoPercorso(percorso) != PercorsoFtp && platform::freeSpace(percorso, prima) == platform::kNoError;
   ScansionaCartella(numero, percorso, percorso.size());
   if (!noto || ProcessoAnnullato) return;
   platform::ErrorCode errore = platform::freeSpace(percorso, dopo);
@@ -125,6 +127,17 @@ void FrmScan::ScansionaCartella(std::size_t colonna, std::string percorso, std::
   }
 }
 
+// A search on a server takes no notice of a folder that cannot be entered and lists the one that was current
+// before. Its files are not those of this folder, and its subfolders would be walked without end.
+bool FrmScan::AltraCartellaFtp(const std::string& percorso, std::int32_t tipo) {
+  if (tipo != PercorsoFtp || CartellaFtpCorrente(percorso)) return false;
+  ErroreInCorso = true;
+  const std::string testo = Messaggio(274) + " '" + percorso + "'";
+  ErroreFatale(0, "ScansionaCartella", 2, 0, "", testo, 0);
+  AvvisoConnessionePersa(true, testo);
+  return true;
+}
+
 // The files of one folder go to the column; its subfolders are given back.
 std::vector<std::string> FrmScan::LeggiCartella(std::size_t colonna, const std::string& percorso,
                                                 std::size_t inizio) {
@@ -134,6 +147,10 @@ std::vector<std::string> FrmScan::LeggiCartella(std::size_t colonna, const std::
   HandleRicerca ricerca = 0;
   RecordRicerca trovato;
   RispostaDir risposta = DirFile(ricerca, trovato, percorso + "*.*", false);
+  if (!risposta.fallita() && AltraCartellaFtp(percorso, tipo)) {
+    ChiudiRicerca(ricerca);
+    return sottocartelle;
+  }
   while (risposta.fallita() || !risposta.fine()) {
     if (risposta.fallita()) {
       ErroreInCorso = true;

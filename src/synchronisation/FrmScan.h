@@ -49,6 +49,7 @@ class FrmScan : public FinestraOperazione {
   bool ScansionaUnPercorso(const std::string& percorso, std::size_t numero, std::size_t totale);
   void ScansionaVolume(const std::string& percorso, std::size_t numero);
   void Concludi(const std::vector<RigaPercorso>& percorsi, bool backup);
+  bool AltraCartellaFtp(const std::string& percorso, std::int32_t tipo);
   std::vector<std::string> LeggiCartella(std::size_t colonna, const std::string& percorso,
                                          std::size_t inizio);
   void AggiungiFile(std::size_t colonna, const std::string* cartella, std::string_view nome,

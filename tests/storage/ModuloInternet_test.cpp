@@ -2,118 +2,131 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
-#include "errors/ModuloGestioneErrori.h"
 #include "errors/ModuloLog.h"
-#include "fixtures/ProgramFolder.h"
-#include "shell/Impostazioni.h"
-#include "shell/Lingua.h"
-#include "shell/ModuloPrincipale.h"
+#include "platform/environment.h"
+#include "storage/FtpProgram.h"
 
 namespace tandemize {
 namespace {
 
-struct FtpTest : testing::Test {
-  FtpTest() {
-    FtpServers = {
-        {"Home", "ftp.example.com", "anna", "secret", 1}, {"Work", "ftp.example.org", "", "", 0}, {}};
-    Language = 1;
-    Errors_Alert_Mode = 0;
-    Email_Action = Log_Show_Window = 0;
-    CreaListaLog();
-  }
-  int connect(int server, bool silent) {
-    return Connetti_Al_Server_FTP(static_cast<std::int16_t>(server), message, failed, silent);
-  }
-  static int count(std::string_view text) {
-    return static_cast<int>(std::ranges::count_if(
-        ListaLog, [text](const std::string& line) { return line.find(text) != std::string::npos; }));
+using test::countInLog;
+using test::ScopedVariable;
+
+struct Connetti_Al_Server_FTPTest : testing::Test {
+  // A name that no name service knows, and a port on which nobody listens.
+  Connetti_Al_Server_FTPTest() {
+    program.define({"Home", "nowhere.invalid", "anna", "secret", 1});
+    program.define({"Work", "127.0.0.1:1", "", "", 0});
   }
 
-  test::ProgramFolder program;
+  test::FtpProgram program;
   test::ScriptedScreen& screen = program.screen;
-  std::string message;
-  bool failed = false;
 };
-using Connetti_Al_Server_FTPTest = FtpTest;
-using AvvisoConnessionePersaTest = FtpTest;
-using TestoErroreInternetTest = FtpTest;
+using AvvisoConnessionePersaTest = Connetti_Al_Server_FTPTest;
+using TestoErroreInternetTest = Connetti_Al_Server_FTPTest;
 
 TEST_F(Connetti_Al_Server_FTPTest, An_empty_server_table_is_told_even_when_silent) {
   FtpServers = {{}};
-  EXPECT_EQ(connect(0, true), -1);
+  EXPECT_EQ(program.connect(0, true), -1);
   FtpServers.clear();
-  EXPECT_EQ(connect(-1, false), -1);
+  EXPECT_EQ(program.connect(-1, false), -1);
   ASSERT_EQ(screen.boxes.size(), 2U);
   EXPECT_EQ(screen.boxes[0].text, Messaggio(342));
   EXPECT_EQ(screen.boxes[0].style, StileInformazione);
-  EXPECT_FALSE(failed);
+  EXPECT_FALSE(program.failed);
   EXPECT_FALSE(ConnessioneFallita);
-  EXPECT_EQ(message, "");
+  EXPECT_EQ(program.message, "");
 }
 
 TEST_F(Connetti_Al_Server_FTPTest, No_chosen_server_means_the_first) {
-  connect(-1, true);
-  EXPECT_EQ(count(Messaggio(343) + " 'Home'"), 1);
+  program.connect(-1);
+  EXPECT_EQ(countInLog(Messaggio(343) + " 'Home'"), 1);
 }
 
 TEST_F(Connetti_Al_Server_FTPTest, The_chosen_server_is_named_in_a_banner) {
-  connect(1, true);
-  EXPECT_EQ(count("      " + Messaggio(343) + " 'Work'"), 1);
+  program.connect(1);
+  EXPECT_EQ(countInLog("      " + Messaggio(343) + " 'Work'"), 1);
 }
 
 TEST_F(Connetti_Al_Server_FTPTest, A_number_outside_the_table_fails_like_any_server) {
-  EXPECT_GT(connect(7, true), 0);
-  EXPECT_GT(connect(-2, true), 0);
+  EXPECT_GT(program.connect(7), 0);
+  EXPECT_GT(program.connect(-2), 0);
   FtpServers[0].Ftp_Description.clear();
-  EXPECT_GT(connect(-1, true), 0);
+  EXPECT_GT(program.connect(-1), 0);
 }
 
-TEST_F(Connetti_Al_Server_FTPTest, Offline_the_text_is_message_354) {
-  EXPECT_EQ(connect(0, false), 12007);
-  EXPECT_TRUE(failed);
+TEST_F(Connetti_Al_Server_FTPTest, A_name_that_cannot_be_resolved_gives_12007_and_its_sentence) {
+  EXPECT_EQ(program.connect(0, false), 12007);
+  EXPECT_TRUE(program.failed);
   EXPECT_TRUE(ConnessioneFallita);
-  EXPECT_EQ(message, Messaggio(354));
-  EXPECT_EQ(count(Messaggio(354)), 1);
-  EXPECT_EQ(count("This version reaches no FTP server yet"), 1);
+  EXPECT_EQ(program.message, Messaggio(352) + " 'nowhere.invalid' " + Messaggio(353));
+  EXPECT_EQ(countInLog(program.message), 1);
   ASSERT_EQ(screen.boxes.size(), 1U);
-  EXPECT_EQ(screen.boxes[0].text, Messaggio(354));
+  EXPECT_EQ(screen.boxes[0].text, program.message);
   EXPECT_EQ(screen.boxes[0].style, StileInformazione);
   EXPECT_TRUE(screen.balloons.empty());
 }
 
+TEST_F(Connetti_Al_Server_FTPTest, A_failed_server_stands_in_the_list_without_a_session) {
+  program.connect(0);
+  ASSERT_EQ(ServerConnessi.size(), 2U);
+  EXPECT_EQ(ServerConnessi[0].Descrizione, "Home");
+  EXPECT_EQ(ServerConnessi[0].Handle, 0);
+  EXPECT_EQ(ServerConnessi[1].Descrizione, "");
+  EXPECT_EQ(HInternet, 0);
+  EXPECT_EQ(HSessioneFtp, 0);
+  EXPECT_FALSE(ServerConnesso("Home"));
+  EXPECT_FALSE(ServerConnesso(""));
+}
+
+TEST_F(Connetti_Al_Server_FTPTest, Offline_the_text_is_message_354) {
+  const ScopedVariable network("TANDEMIZE_NETWORK", "down");
+  EXPECT_FALSE(InternetConnesso());
+  EXPECT_EQ(program.connect(0, false), 12007);
+  EXPECT_EQ(program.message, Messaggio(354));
+  EXPECT_EQ(countInLog(Messaggio(354)), 1);
+  ASSERT_EQ(screen.boxes.size(), 1U);
+  EXPECT_EQ(screen.boxes[0].text, Messaggio(354));
+}
+
 TEST_F(Connetti_Al_Server_FTPTest, A_second_call_tries_anew) {
-  connect(0, true);
-  connect(0, true);
-  EXPECT_EQ(count("This version reaches no FTP server yet"), 2);
+  program.connect(0);
+  program.connect(0);
+  EXPECT_EQ(countInLog(Messaggio(343) + " 'Home'"), 2);
 }
 
 TEST_F(Connetti_Al_Server_FTPTest, A_silent_call_and_errors_told_at_the_end_show_no_box) {
-  connect(0, true);
+  program.connect(0, true);
   Errors_Alert_Mode = 1;
-  connect(0, false);
+  program.connect(0, false);
   EXPECT_TRUE(screen.boxes.empty());
 }
 
 TEST_F(Connetti_Al_Server_FTPTest, A_hidden_program_gets_a_balloon) {
   ApplicazioneNascosta = true;
-  connect(0, true);
+  program.connect(0);
   EXPECT_TRUE(screen.boxes.empty());
   ASSERT_EQ(screen.balloons.size(), 1U);
-  EXPECT_EQ(screen.balloons[0].testo, Messaggio(354));
+  EXPECT_EQ(screen.balloons[0].testo, program.message);
   EXPECT_EQ(screen.balloons[0].titolo, TitoloApplicazione);
   EXPECT_EQ(screen.balloons[0].icona, 4);
 }
 
-TEST_F(Connetti_Al_Server_FTPTest, No_session_ever_opens) {
-  connect(0, true);
-  EXPECT_FALSE(InternetConnesso());
-  EXPECT_FALSE(ServerConnesso(""));
-  EXPECT_FALSE(ServerConnesso("Home"));
-  DisconnettiServer("Home");
-  DisconnettiServer("");
-  EXPECT_FALSE(ServerConnesso("Home"));
+// A number without a sentence of its own goes through the fatal report, which alerts even a silent call.
+TEST_F(Connetti_Al_Server_FTPTest, An_error_outside_the_sentences_is_a_fatal_report) {
+  const ScopedVariable network("TANDEMIZE_NETWORK", "down");
+  EXPECT_EQ(program.connect(1, true), 12029);
+  EXPECT_TRUE(program.failed);
+  EXPECT_TRUE(ConnessioneFallita);
+  EXPECT_EQ(program.message, TestoErroreInternet(12029));
+  EXPECT_EQ(countInLog("Routine Name: < Connetti_Al_Server_FTP >"), 1);
+  EXPECT_EQ(countInLog("Error Number: < 12029 >"), 1);
+  EXPECT_EQ(countInLog("La connessione al server '127.0.0.1:1' non è riuscita."), 1);
+  ASSERT_EQ(screen.boxes.size(), 1U);
+  EXPECT_EQ(screen.boxes[0].text, Messaggio(340));
+  EXPECT_EQ(HInternet, 0);
+  EXPECT_EQ(HSessioneFtp, 0);
+  EXPECT_EQ(ServerConnessi.size(), 1U);
 }
 
 TEST_F(AvvisoConnessionePersaTest, Asks_whether_to_go_on_telling) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "errors/ModuloGestioneErrori.h"
+#include "platform/environment.h"
 #include "shell/Impostazioni.h"
 #include "shell/Lingua.h"
 #include "shell/ModuloPrincipale.h"
@@ -12,6 +13,7 @@ namespace tandemize {
 namespace {
 
 using test::ProgramFolderWithDrives;
+using test::ScopedVariable;
 
 std::string quoted(const std::string& path) {
   return " '" + path + "' ";
@@ -45,6 +47,7 @@ TEST(VerificaPercorso, Folders_that_exist_on_any_drive_are_usable) {
 }
 
 TEST(VerificaPercorso, Every_fault_has_its_code) {
+  const ScopedVariable network("TANDEMIZE_NETWORK", "down");
   ProgramFolderWithDrives program;
   defineServer();
   for (const Fault& fault : faults()) EXPECT_EQ(VerificaPercorso(fault.path, 0), fault.code) << fault.path;
@@ -73,6 +76,7 @@ TEST(VerificaPercorso, A_missing_folder_on_a_ready_removable_drive_or_an_unknown
 }
 
 TEST(VerificaPercorso, An_ftp_path_with_a_server_and_no_connection_gives_6) {
+  const ScopedVariable network("TANDEMIZE_NETWORK", "down");
   ProgramFolderWithDrives program;
   defineServer();
   ASSERT_FALSE(InternetConnesso());
@@ -81,6 +85,7 @@ TEST(VerificaPercorso, An_ftp_path_with_a_server_and_no_connection_gives_6) {
 }
 
 TEST(VerificaPercorsi, Each_fault_has_its_text_and_is_silenced_by_its_flags) {
+  const ScopedVariable network("TANDEMIZE_NETWORK", "down");
   ProgramFolderWithDrives program;
   for (const Fault& fault : faults()) {
     for (unsigned bit : {0U, 1U, 2U, 4U, 8U, 16U, 64U}) {
