@@ -102,7 +102,7 @@ write_synchronisation() {
   printf '%s\n' "Backup_Path_0 = $(in_program_notation "$demo/office")\\" \
     "Backup_Path_1 = $(in_program_notation "$demo/laptop")\\" "Backup_FTP_0 = " "Backup_FTP_1 = " \
     "FixFileOption = 2" "FixScanAfterFix = 0" "FtpEnabled = 0" "CompareMethod = 0" "TandemMode = 1" \
-    "SourceNotChange = 0" "EraseFile = 0" "AutoTandemize = 0" | crlf >"$home/Office and laptop.cfg"
+    "SourceNotChange = 0" "EraseFile = 0" "AutoTandemize = 0" | crlf >"$home/Work.cfg"
 }
 
 start_anew() {
@@ -169,7 +169,7 @@ sides() { (cd "$demo" && find office laptop -type f -printf '%TY-%Tm-%Td %TH:%TM
 synchronise() {
   say "Two sides of the same work have gone apart"
   sides
-  preview_and_run --profile "$home/Office and laptop.cfg" sync
+  preview_and_run --profile "$home/Work.cfg" sync
   say "Now they agree"
   sides
 }
