@@ -78,7 +78,7 @@ class ByteChannel : public Waitable {
 
 class TcpListener;
 
-class TcpChannel : public ByteChannel {
+class TcpChannel final : public ByteChannel {
  public:
   TcpChannel() = default;
   ~TcpChannel() override;

@@ -12,7 +12,7 @@
 
 namespace tandemize::platform {
 
-// As the entry's value: long enough for a slow machine, short enough for a test of silence.
+// Long enough for a slow machine; a test of silence sets its own.
 inline FtpLimits shortLimits() {
   FtpLimits limits;
   limits.connect = 5'000;
@@ -23,7 +23,7 @@ inline FtpLimits shortLimits() {
 
 class FtpClient {
  public:
-  explicit FtpClient(const test::FtpServer& server, bool passive = true) : server_(server) {
+  explicit FtpClient(const test::FtpServer& server, bool passive = true) {
     login.host = server.host();
     login.port = server.port();
     login.user = server.user();
@@ -85,9 +85,6 @@ class FtpClient {
   FtpServer login;
   FtpSession session;
   std::size_t unknownLines = 0;
-
- private:
-  const test::FtpServer& server_;
 };
 
 // Content that shows when a piece of it is lost or doubled.

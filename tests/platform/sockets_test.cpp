@@ -58,6 +58,7 @@ TEST(SplitHostAndPort, Takes_a_port_that_is_none_as_part_of_the_name) {
 
 TEST(TcpChannel, Carries_bytes_both_ways) {
   for (const std::string ip : {"127.0.0.1", "::1"}) {
+    if (ip == "::1" && TcpListener().listen(ip) != kNoError) continue;  // a machine without it
     Pair pair(ip);
     EXPECT_EQ(writeAll(pair.near, "there", kLong, {}), kNoError);
     EXPECT_EQ(readSome(pair.far), "there");

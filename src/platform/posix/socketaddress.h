@@ -26,7 +26,7 @@ struct SocketAddress {
 // The number by which sockets know an `errno` value.
 [[nodiscard]] ErrorCode socketError(int number);
 
-// Closes a descriptor that the host may have given a linger time of 0.
+// From now on closing the socket drops the connection at once.
 void makeLingerZero(int socket);
 
 }  // namespace tandemize::platform
