@@ -258,6 +258,7 @@ platform::ErrorCode FrmFileTransfer::TentaScarico(platform::FtpSession& sessione
   platform::NewFile out;
   errore = out.create(copia.destinazione, 0, copia.conta ? &scorta_ : nullptr);
   if (errore != platform::kNoError) return copia.Locale(false, copia.destinazione, errore);
+  if (lunghezza && *lunghezza > blocco_.size()) out.reserve(*lunghezza);
   errore = ScaricaBlocchi(in, out, copia, lunghezza.value_or(0));
   if (errore == platform::kNoError) errore = in.close();
   if (errore != platform::kNoError) return errore;

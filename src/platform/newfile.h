@@ -72,6 +72,10 @@ class NewFile {
   [[nodiscard]] ErrorCode create(std::string_view path, std::uint32_t permissions,
                                  NewFileSupply* supply = nullptr);
 
+  // Asks the host to keep room for a file of `size` bytes, so that it need not look for some with each write.
+  // Size and content stay. Nothing is kept where the disc would be nearly full with it, or where the host
+  // cannot: whatever fits without this call fits with it. What is not needed goes back at `commit`.
+  void reserve(std::uint64_t size);
   [[nodiscard]] ErrorCode write(const void* data, std::size_t size);
 
   // Moves up to `size` bytes from the source's position, inside the kernel where it can. `copied` is 0 at the
@@ -99,6 +103,7 @@ class NewFile {
   [[nodiscard]] ErrorCode openFile(std::uint32_t permissions, NewFileSupply* supply);
   [[nodiscard]] ErrorCode createReserved(const std::string& folder, std::uint32_t mode);
   [[nodiscard]] std::string reservedPath(const std::string& folder);
+  void releaseSpareRoom();
   [[nodiscard]] ErrorCode commitUnnamed(bool& replaced);
   [[nodiscard]] ErrorCode linkToReserved();
   [[nodiscard]] ErrorCode copyToReserved();
@@ -112,8 +117,9 @@ class NewFile {
   bool unnamed_ = false;
   bool copyInKernel_ = true;
   std::uint64_t written_ = 0;
-  std::string target_;     // host path of the final name
-  std::string temporary_;  // host path of the reserved name, if one is in use
+  std::uint64_t reserved_ = 0;  // bytes from the file's start that the host keeps room for
+  std::string target_;          // host path of the final name
+  std::string temporary_;       // host path of the reserved name, if one is in use
   std::unique_ptr<char[]> buffer_;
 };
 

@@ -1,7 +1,9 @@
 #include "platform/newfile.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
@@ -421,6 +423,89 @@ TEST_P(NewFileByAnyWay, A_full_disc_is_told_and_leaves_the_older_file) {
     std::string content;
     if (readFile(to, content) != kNoError || content != "old") return 4;
     return entriesOf(hostFolder) == Names{"file"} ? 0 : 5;
+  });
+  EXPECT_TRUE(answer == 0 || answer == test::kNoSmallDisc) << answer;
+}
+
+// The bytes that the disc keeps for a file, whatever its size.
+std::int64_t roomOf(const std::string& hostFile) {
+  struct stat file = {};
+  return ::stat(hostFile.c_str(), &file) == 0 ? file.st_blocks * std::int64_t{512} : -1;
+}
+
+// Whether the test's own disc keeps room at all, as most do.
+bool discKeepsRoom(const HostTree& tree) {
+  tree.write("probe", "");
+  const int file = ::open(tree.host("probe").c_str(), O_RDWR | O_CLOEXEC);
+  const bool kept = ::fallocate(file, FALLOC_FL_KEEP_SIZE, 0, 4096) == 0;
+  ::close(file);
+  std::filesystem::remove(tree.host("probe"));
+  return kept;
+}
+
+TEST_P(NewFileByAnyWay, Reserved_room_changes_neither_size_nor_content_nor_time) {
+  const std::string content = someBytes(300'000);
+  for (const std::uint64_t size : {0U, 1U, 299'999U, 300'000U, 300'001U, 8'000'000U}) {
+    NewFile file;
+    ASSERT_EQ(file.create(tree_.program("new"), 0), kNoError);
+    file.reserve(size);
+    ASSERT_EQ(file.write(content.data(), content.size()), kNoError);
+    ASSERT_EQ(file.setTime({1'111'111'111, 222'222'222}), kNoError);
+    EXPECT_EQ(file.bytesWritten(), content.size());
+    bool replaced = false;
+    ASSERT_EQ(file.commit(replaced), kNoError);
+    FileStatus status;
+    ASSERT_EQ(query(tree_.program("new"), status), kNoError);
+    EXPECT_EQ(status.lastWrite, (FileTime{1'111'111'111, 222'222'222})) << size;
+    EXPECT_EQ(status.size, content.size());
+    EXPECT_TRUE(tree_.read("new") == content) << size;
+  }
+}
+
+TEST_P(NewFileByAnyWay, Room_that_was_reserved_in_vain_goes_back_at_commit) {
+  for (const std::string& content : {std::string(), std::string("x"), someBytes(300'000)}) {
+    NewFile file;
+    ASSERT_EQ(file.create(tree_.program("new"), 0), kNoError);
+    file.reserve(8'000'000);
+    file.reserve(content.size() + 1);
+    ASSERT_EQ(file.write(content.data(), content.size()), kNoError);
+    bool replaced = false;
+    ASSERT_EQ(file.commit(replaced), kNoError);
+    EXPECT_LT(roomOf(tree_.host("new")), 1'000'000) << content.size();
+    EXPECT_TRUE(tree_.read("new") == content) << content.size();
+  }
+}
+
+TEST(NewFile, Reserved_room_is_kept_while_the_file_is_made) {
+  fileWays().unnamedFiles = false;  // so that the test can see the file
+  const HostTree tree;
+  const bool kept = discKeepsRoom(tree);
+  NewFile file;
+  EXPECT_EQ(file.create(tree.program("new"), 0), kNoError);
+  file.reserve(8'000'000);
+  const Names names = entriesOf(tree.host());
+  EXPECT_EQ(names.size(), 1U);
+  EXPECT_EQ(roomOf(tree.host(names.at(0))) >= 8'000'000, kept);
+  forgetFileSystems();
+}
+
+TEST_P(NewFileByAnyWay, A_disc_that_would_be_nearly_full_keeps_its_room_for_others) {
+  tree_.makeFolder("disc");
+  const std::string path = tree_.program("disc/file"), other = tree_.program("disc/other");
+  const std::string hostFolder = tree_.host("disc");
+  const int answer = test::withSmallDisc(hostFolder, [&] {
+    for (const std::uint64_t size : {std::uint64_t{60'000}, std::uint64_t{1} << 40U, UINT64_MAX}) {
+      NewFile file;
+      if (file.create(path, 0) != kNoError) return 1;
+      file.reserve(size);
+      if (make(other, someBytes(24'000)) != kNoError) return 2;
+      bool replaced = false;
+      if (file.write("abc", 3) != kNoError || file.commit(replaced) != kNoError) return 3;
+      std::string content;
+      if (readFile(path, content) != kNoError || content != "abc") return 4;
+      std::filesystem::remove(hostFolder + "/other");
+    }
+    return 0;
   });
   EXPECT_TRUE(answer == 0 || answer == test::kNoSmallDisc) << answer;
 }

@@ -2,8 +2,10 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -22,6 +24,9 @@ namespace {
 
 // How many reserved names are tried before their being taken counts as a failure.
 constexpr int kAttempts = 100;
+
+// What a reservation leaves to the log and to other programs, which write to the same disc meanwhile.
+constexpr std::uint64_t kRoomForOthers = 64U << 20U;
 
 constexpr std::uint32_t kUsualPermissions = 0666;
 constexpr std::uint32_t kCopiedPermissions = 0777;
@@ -58,6 +63,13 @@ ErrorCode givePermissions(int descriptor, mode_t mode) {
 ErrorCode mayBeReplaced(const struct statx& entry) {
   if (kindOf(entry) == EntryKind::folder) return kInvalidFolder;
   return kindOf(entry) == EntryKind::file || S_ISLNK(entry.stx_mode) ? kNoError : kAccessDenied;
+}
+
+bool hasRoomBeside(int descriptor, std::uint64_t size) {
+  struct statvfs disc;
+  if (::fstatvfs(descriptor, &disc) != 0) return false;
+  const std::uint64_t free = static_cast<std::uint64_t>(disc.f_bavail) * disc.f_frsize;
+  return free > kRoomForOthers && size <= free - kRoomForOthers;
 }
 
 bool exists(const std::string& host) {
@@ -155,6 +167,23 @@ std::string NewFile::reservedPath(const std::string& folder) {
   return procPathOf(folder_) + "/" + nextReservedName();
 }
 
+void NewFile::reserve(std::uint64_t size) {
+  if (size <= written_ || !hasRoomBeside(descriptor_, size)) return;
+  reserved_ = std::max(reserved_, size);
+  // ext4 keeps the part that it found before the disc was full.
+  if (::fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size)) != 0) releaseSpareRoom();
+}
+
+// Room beyond the end would stay with the file for good. Cutting a file at its end gives it back, and counts
+// as a change of its content, so the times are set again. A host that refuses has cost room, and no copy.
+void NewFile::releaseSpareRoom() {
+  if (std::exchange(reserved_, 0) <= written_) return;
+  struct stat file;
+  if (::fstat(descriptor_, &file) != 0 || ::ftruncate(descriptor_, file.st_size) != 0) return;
+  const std::array<struct timespec, 2> times = {file.st_atim, file.st_mtim};
+  static_cast<void>(::futimens(descriptor_, times.data()));
+}
+
 ErrorCode NewFile::write(const void* data, std::size_t size) {
   const char* rest = static_cast<const char*>(data);
   while (size > 0) {
@@ -183,6 +212,7 @@ ErrorCode NewFile::flush() {
 ErrorCode NewFile::commit(bool& replaced) {
   replaced = false;
   if (descriptor_ < 0) return kInvalidParameter;
+  releaseSpareRoom();
   const ErrorCode error = unnamed_ ? commitUnnamed(replaced) : commitReserved(replaced);
   discard();
   return error;
@@ -277,6 +307,7 @@ void NewFile::discard() {
   if (descriptor_ >= 0) ::close(descriptor_);
   if (folder_ >= 0) ::close(folder_);
   descriptor_ = folder_ = -1;
+  reserved_ = 0;
   unnamed_ = false;
   copyInKernel_ = true;
   temporary_.clear();
