@@ -12,19 +12,19 @@ Every program has one connection for its transfers; rclone and lftp are told so.
 the server and every download to a fresh one here, and caches are warm.
 """
 
-import argparse
 import getpass
 import os
 import pathlib
 import shutil
 import socket
-import statistics
 import subprocess
 import sys
 import threading
 import time
 
-from bench import HERE, Failed, Tandemize, make_tree, offer_peers, read_all, timed, trees
+from common import (
+    Failed, Questions, Tandemize, answer, command_line, make_tree, read_all, table, timed, trees, turns,
+)
 
 PEERS = {"lftp": "lftp", "rclone": "rclone", "curl": "curl", "vsftpd": "vsftpd"}
 USER, PASSWORD = "anonymous", "bench@example.org"
@@ -114,47 +114,27 @@ class TandemizeFtp(Tandemize):
     def home(self, port, folder):
         self.number += 1
         home = folder.parent / f"{self.number:03d} home"
-        subprocess.run([self.program, "--folder", str(home), "init"], check=True)
+        self.start(home)
         with open(home / "GlobalSetting.dat", "a", newline="") as out:
             out.write(f"Ftp_Description0 = Server\r\nFtp_Server_Name0 = 127.0.0.1:{port}\r\nFtp_User0 = {USER}\r\n")
             out.write(f"Ftp_Password0 = {PASSWORD}\r\nFtp_PassiveMode0 = 1\r\n")
         return home
 
-    def local_path(self, home, folder):
-        command = [self.program, "--folder", str(home), "path", str(folder)]
-        return subprocess.run(command, check=True, capture_output=True, text=True).stdout.strip()
-
-    def backup(self, home, source, target):
-        """Each of the two is a path and whether it lies on the server."""
-        lines = (home / "Config.cfg").read_text().splitlines()
-        for k, (name, other, (path, on_server)) in enumerate(
-            [("Source", "Target", source), ("Target", "Source", target)], start=1
-        ):
-            lines += [
-                f"{k}BackIndice = {k}", f"{k}BackTipoOggetto = 0", f"{k}BackTipoTrasferimento = {k - 1}",
-                f"{k}BackLinkTo0 = {other}", f"{k}BackDescrizione = {name}", f"{k}BackPath = {path}", f"{k}Files0 = ",
-                f"{k}BackTop = 0", f"{k}BackLeft = 0", f"{k}BackHeight = 0", f"{k}BackWidth = 0",
-                f"{k}BackFigura = {2 if on_server else 0}",
-                f"{k}BackFtpServerDescription = {'Server' if on_server else ''}",
-            ]
-        (home / "Config.cfg").write_text("".join(line + "\r\n" for line in lines), newline="")
+    def backup(self, home, source, target, on_server):
+        self.backup_profile(home, source, target, on_server)
         return self.command(home, "backup"), {"TANDEMIZE_NETWORK": "up"}
 
     def up(self, port, local, remote):
         home = self.home(port, remote)
-        return self.backup(home, (self.local_path(home, local), False), (remote, True))
+        return self.backup(home, *self.path(home, local), remote, (False, True))
 
     def down(self, port, remote, local):
         home = self.home(port, local)
-        return self.backup(home, (remote, True), (self.local_path(home, local), False))
+        return self.backup(home, remote, *self.path(home, local), (True, False))
 
     def compare(self, port, local, remote):
         home = self.home(port, remote)
-        lines = [f"Backup_Path_0 = {self.local_path(home, local)}\\", f"Backup_Path_1 = {remote}/"]
-        lines += ["Backup_FTP_0 = ", "Backup_FTP_1 = Server", "FixFileOption = 2", "FixScanAfterFix = 0"]
-        lines += ["FtpEnabled = 1", "CompareMethod = 0", "TandemMode = 1", "SourceNotChange = 1", "EraseFile = 0"]
-        lines += ["AutoTandemize = 0"]
-        (home / "Config.cfg").write_text("".join(line + "\r\n" for line in lines), newline="")
+        self.sync_profile(home, self.path(home, local)[0] + "\\", f"{remote}/", server="Server")
         return self.command(home, "sync", "--preview"), {"TANDEMIZE_NETWORK": "up"}
 
 
@@ -228,7 +208,7 @@ class Curl:
 # --- questions ----------------------------------------------------------------------------------------------------
 
 
-class Bench:
+class Bench(Questions):
     def __init__(self, arguments):
         data = pathlib.Path(arguments.data).absolute()
         data.mkdir(parents=True, exist_ok=True)
@@ -250,24 +230,13 @@ class Bench:
         folder.mkdir()
         return folder
 
-    def table(self, title, results, goal):
-        ours = statistics.median(r.seconds for r in results[self.tandemize.name])
-        print(f"\n### {title}\n\n| program | median s | best s | peak MB | tandemize-run / it |\n|---|---|---|---|---|")
-        for name, runs in results.items():
-            median = statistics.median(r.seconds for r in runs)
-            best, peak = min(r.seconds for r in runs), max(r.peak_mb for r in runs)
-            print(f"| {name} | {median:.2f} | {best:.2f} | {peak:.0f} | {ours / median:.2f} |")
-        print(f"\nGoal: {goal}.")
-        sys.stdout.flush()
-
     def in_turns(self, measure, programs):
         results = {p.name: [] for p in programs}
-        for run in range(self.runs):
-            for p in programs[run % len(programs) :] + programs[: run % len(programs)]:
-                try:
-                    results[p.name].append(measure(p))
-                except Failed as failure:
-                    print(f"{p.name} has failed, which does not count: {failure}")
+        for _, p in turns(programs, self.runs):
+            try:
+                results[p.name].append(measure(p))
+            except Failed as failure:
+                print(f"{p.name} has failed, which does not count: {failure}")
         return {name: runs for name, runs in results.items() if runs}
 
     def upload(self, p, tree, port=None):
@@ -292,8 +261,8 @@ class Bench:
     def both_ways(self, tree, title, goal):
         read_all(tree)
         programs = self.programs if tree == self.big_tree else self.walkers
-        self.table(f"{title} up", self.in_turns(lambda p: self.upload(p, tree), programs), goal)
-        self.table(f"{title} down", self.in_turns(lambda p: self.download(p, tree), programs), goal)
+        table(f"{title} up", self.in_turns(lambda p: self.upload(p, tree), programs), goal)
+        table(f"{title} down", self.in_turns(lambda p: self.download(p, tree), programs), goal)
 
     def small(self):
         self.both_ways(self.small_tree, "2,000 small files", "0.8 x lftp, 0.5 x rclone")
@@ -305,7 +274,7 @@ class Bench:
         tree = trees(self.data)["few"]()
         remote = self.fresh(self.server.files, "unchanged")
         subprocess.run(["cp", "-a", f"{tree}/.", str(remote)], check=True)
-        self.table(
+        table(
             "10,000 remote files of which none has changed",
             self.in_turns(lambda p: timed(*p.compare(self.server.port, tree, remote)), self.walkers),
             "1.0 x lftp mirror --dry-run",
@@ -331,26 +300,8 @@ QUESTIONS = ["small", "big", "compare", "commands"]
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("questions", nargs="*", metavar="QUESTION")
-    parser.add_argument("--runs", type=int, default=5)
-    parser.add_argument("--data", default=HERE.parent / "build" / "bench", help="where the trees lie (5 GB)")
-    parser.add_argument("--program", default=HERE.parent / "build" / "run" / "src" / "tandemize-run")
-    parser.add_argument("--install", action="store_true", help="install missing peers with apt-get")
-    arguments = parser.parse_args()
-    unknown = [q for q in arguments.questions if q not in QUESTIONS]
-    if unknown:
-        parser.error(f"unknown question: {unknown[0]}")
-    if not pathlib.Path(arguments.program).exists():
-        sys.exit(f"{arguments.program} is not there: ./run builds it, or name one with --program")
     os.environ["PATH"] += ":/usr/sbin"
-    offer_peers(arguments.install, PEERS)
-    bench = Bench(arguments)
-    try:
-        for question in arguments.questions or QUESTIONS:
-            getattr(bench, question)()
-    finally:
-        bench.end()
+    answer(command_line(__doc__, "build/run/src/tandemize-run", "5 GB"), Bench, QUESTIONS, PEERS)
 
 
 if __name__ == "__main__":

@@ -11,18 +11,14 @@ are read once before, so caches are warm. Comparisons change nothing: every prog
 nothing to do.
 """
 
-import argparse
 import os
 import pathlib
 import shutil
-import statistics
 import subprocess
-import sys
 import time
 
-from bench import (
-    HERE, Cp, FreeFileSync, Rclone, Rsync, Tandemize, file_path, offer_peers, read_all, timed, trees, works,
-)
+from bench import Cp, FreeFileSync, Rclone, Rsync, works
+from common import Questions, Tandemize, answer, command_line, file_path, read_all, table, timed, trees, turns
 
 PEERS = {
     "rsync": "rsync", "rclone": "rclone", "unison": "unison", "FreeFileSync": "freefilesync", "xvfb-run": "xvfb",
@@ -37,16 +33,9 @@ class TandemizeSync(Tandemize):
         """A program folder whose profile synchronises `left` to `right`."""
         home = right.parent / f"{right.name} home {method}"
         if not home.exists():
-            subprocess.run([self.program, "--folder", str(home), "init"], check=True)
-            paths = subprocess.run(
-                [self.program, "--folder", str(home), "path", str(left), str(right)],
-                check=True, capture_output=True, text=True,
-            ).stdout.splitlines()
-            lines = [f"Backup_Path_{n} = {path}\\" for n, path in enumerate(paths)]
-            lines += ["Backup_FTP_0 =", "Backup_FTP_1 =", "FixFileOption = 2", "FixScanAfterFix = 0", "FtpEnabled = 0"]
-            lines += [f"CompareMethod = {method}", "TandemMode = 1", "SourceNotChange = 1", "EraseFile = 0"]
-            lines += ["AutoTandemize = 0"]
-            (home / "Config.cfg").write_text("".join(line + "\r\n" for line in lines), newline="")
+            self.start(home)
+            paths = [path + "\\" for path in self.path(home, left, right)]
+            self.sync_profile(home, *paths, method)
         return home
 
     def compare(self, left, right, by_content):
@@ -123,7 +112,7 @@ def peers(folder):
 # --- questions ----------------------------------------------------------------------------------------------------
 
 
-class Bench:
+class Bench(Questions):
     def __init__(self, arguments):
         self.data = pathlib.Path(arguments.data)
         self.targets = self.data / "sync targets"
@@ -144,25 +133,14 @@ class Bench:
         read_all(right)
         return left, right
 
-    def table(self, title, results, goal):
-        ours = statistics.median(r.seconds for r in results[self.tandemize.name])
-        print(f"\n### {title}\n\n| program | median s | best s | peak MB | tandemize-run / it |\n|---|---|---|---|---|")
-        for name, runs in results.items():
-            median = statistics.median(r.seconds for r in runs)
-            best, peak = min(r.seconds for r in runs), max(r.peak_mb for r in runs)
-            print(f"| {name} | {median:.2f} | {best:.2f} | {peak:.0f} | {ours / median:.2f} |")
-        print(f"\nGoal: {goal}.")
-        sys.stdout.flush()
-
     def compare(self, title, goal, left, right, by_content, programs=None, runs=None):
         programs = programs or self.programs
         for p in programs:  # the first comparison of a program that keeps an archive is another one
             timed(*p.compare(left, right, by_content))
         results = {p.name: [] for p in programs}
-        for run in range(runs or self.runs):
-            for p in programs[run % len(programs) :] + programs[: run % len(programs)]:
-                results[p.name].append(timed(*p.compare(left, right, by_content)))
-        self.table(title, results, goal)
+        for _, p in turns(programs, runs or self.runs):
+            results[p.name].append(timed(*p.compare(left, right, by_content)))
+        table(title, results, goal)
 
     def equal(self):
         left, right = self.two_sides("small")
@@ -191,10 +169,9 @@ class Bench:
         programs = [*self.programs, CpFill()]
         results = {p.name: [] for p in programs}
         time.sleep(self.settle)
-        for run in range(self.runs):
-            for p in programs[run % len(programs) :] + programs[: run % len(programs)]:
-                results[p.name].append(timed(*p.fill(left, self.targets / f"{run} {p.name}")))
-        self.table("First fill of an empty side, 100,000 files", results, "1.2 x cp, 0.9 x rsync, 0.5 x FreeFileSync")
+        for run, p in turns(programs, self.runs):
+            results[p.name].append(timed(*p.fill(left, self.targets / f"{run} {p.name}")))
+        table("First fill of an empty side, 100,000 files", results, "1.2 x cp, 0.9 x rsync, 0.5 x FreeFileSync")
 
     def memory(self):
         left, right = self.two_sides("small")
@@ -219,23 +196,8 @@ QUESTIONS = ["equal", "crc", "different", "fill", "memory", "million"]
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("questions", nargs="*", metavar="QUESTION")
-    parser.add_argument("--runs", type=int, default=5)
-    parser.add_argument("--data", default=HERE.parent / "build" / "bench", help="where the trees lie (10 GB)")
-    parser.add_argument("--program", default=HERE.parent / "build" / "run" / "src" / "tandemize-run")
-    parser.add_argument("--settle", type=float, default=90, help="seconds to wait before files are made")
-    parser.add_argument("--install", action="store_true", help="install missing peers with apt-get")
-    arguments = parser.parse_args()
-    unknown = [q for q in arguments.questions if q not in QUESTIONS]
-    if unknown:
-        parser.error(f"unknown question: {unknown[0]}")
-    if not pathlib.Path(arguments.program).exists():
-        sys.exit(f"{arguments.program} is not there: ./run builds it, or name one with --program")
-    offer_peers(arguments.install, PEERS)
-    bench = Bench(arguments)
-    for question in arguments.questions or QUESTIONS:
-        getattr(bench, question)()
+    parser = command_line(__doc__, "build/run/src/tandemize-run", "10 GB", "seconds to wait before files are made")
+    answer(parser, Bench, QUESTIONS, PEERS)
 
 
 if __name__ == "__main__":
