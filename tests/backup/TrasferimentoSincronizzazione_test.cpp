@@ -61,6 +61,11 @@ class Pair : public test::BackupFolder {
   void planDeletion(const std::string& file, const std::string& counterpart) {
     plan(file, counterpart).Sorgente.DaEliminare = true;
   }
+  // A file of "two" that is to go because "one" has none of its name.
+  void surplus(const std::string& name) {
+    file("two/" + name, "old");
+    planDeletion("two/" + name, "one/" + name);
+  }
   EsitoTrasferimento run(std::uint8_t mode = 1) {
     window_ = std::make_unique<FrmFileTransfer>();
     window_->Init(mode, false, false);
@@ -233,9 +238,8 @@ TEST(SecondLook, What_this_run_has_put_there_itself_is_no_surprise) {
 TEST(SecondLook, A_file_that_stands_twice_in_the_list_is_copied_to_both_places_in_its_order) {
   Pair pair;
   pair.file("one/a", "a");
-  pair.file("two/old", "old");
   pair.plan("one/a", "two/a");
-  pair.planDeletion("two/old", "one/old");
+  pair.surplus("old");
   pair.plan("one/a", "three/a");
   EXPECT_EQ(pair.run(), EsitoTrasferimento::Nessuno);
   EXPECT_EQ(pair.read("two/a") + pair.read("three/a"), "aa");
@@ -277,8 +281,7 @@ TEST(SyncAttributes, A_copy_that_failed_leaves_the_old_files_attributes_alone) {
 
 TEST(Deletion, The_log_tells_it_before_it_happens) {
   Pair pair;
-  pair.file("two/a", "old");
-  pair.planDeletion("two/a", "one/a");
+  pair.surplus("a");
   const std::string line = "Deleting File '" + pair.program("two/a") + "'";
   int toldWhileThere = 0, goneUntold = 0;
   pair.screen.onEvents = [&] {
@@ -319,10 +322,8 @@ TEST(Deletion, A_file_that_somebody_else_has_deleted_is_a_failure_and_the_run_go
   for (const bool tryNext : {false, true}) {
     Pair pair;
     Errors_Try_Next = tryNext;
-    pair.file("two/a", "old");
-    pair.file("two/b", "old");
-    pair.planDeletion("two/a", "one/a");
-    pair.planDeletion("two/b", "one/b");
+    pair.surplus("a");
+    pair.surplus("b");
     pair.atStart([&] { fs::remove(pair.work().host("two/a")); });
     EXPECT_EQ(pair.run(), EsitoTrasferimento::FileFallito);
     EXPECT_EQ(pair.window().NumeroFalliti, 1U);
@@ -333,8 +334,7 @@ TEST(Deletion, A_file_that_somebody_else_has_deleted_is_a_failure_and_the_run_go
 
 TEST(Deletion, A_file_that_has_changed_since_the_scan_stays_and_is_told) {
   Pair pair;
-  pair.file("two/a", "old");
-  pair.planDeletion("two/a", "one/a");
+  pair.surplus("a");
   pair.atStart([&] { pair.file("two/a", "work of today", Later); });
   EXPECT_EQ(pair.run(), EsitoTrasferimento::FileFallito);
   EXPECT_EQ(pair.read("two/a"), "work of today");
@@ -344,8 +344,7 @@ TEST(Deletion, A_file_that_has_changed_since_the_scan_stays_and_is_told) {
 
 TEST(Deletion, A_file_that_the_other_path_has_got_meanwhile_stays_and_is_told) {
   Pair pair;
-  pair.file("two/a", "old");
-  pair.planDeletion("two/a", "one/a");
+  pair.surplus("a");
   pair.atStart([&] { pair.file("one/a", "here again"); });
   EXPECT_EQ(pair.run(), EsitoTrasferimento::FileFallito);
   EXPECT_EQ(pair.read("two/a"), "old");
@@ -366,8 +365,7 @@ TEST(Deletion, A_counterpart_that_this_run_has_made_does_not_keep_the_file) {
 
 TEST(Deletion, Nothing_is_deleted_while_the_other_path_is_away) {
   Pair pair;
-  pair.file("two/x/a", "old");
-  pair.planDeletion("two/x/a", "one/x/a");
+  pair.surplus("x/a");
   pair.atStart([&] { fs::remove(pair.work().host("one")); });
   EXPECT_EQ(pair.run(), EsitoTrasferimento::FileFallito);
   EXPECT_EQ(pair.read("two/x/a"), "old");
@@ -377,8 +375,7 @@ TEST(Deletion, Nothing_is_deleted_while_the_other_path_is_away) {
 TEST(Deletion, Nothing_is_deleted_while_the_other_paths_drive_is_away) {
   Pair pair;
   pair.drives("J: = removable " + pair.work().host("one") + "\n");
-  pair.file("two/x/a", "old");
-  pair.planDeletion("two/x/a", "one/x/a");
+  pair.surplus("x/a");
   ArrayTrasferimento[0].Destinazione = recordOf("J:\\x\\a", 0, "J:");
   ArrayTrasferimento[0].Destinazione.FileNuovo = true;
   pair.atStart([&] { fs::rename(pair.work().host("one"), pair.work().host("pulled out")); });
@@ -388,9 +385,8 @@ TEST(Deletion, Nothing_is_deleted_while_the_other_paths_drive_is_away) {
 
 TEST(Deletion, It_needs_no_room_and_makes_no_folder) {
   Pair pair;
-  pair.file("two/x/a", "old");
+  pair.surplus("x/a");
   pair.file("two/x/b", "kept");
-  pair.planDeletion("two/x/a", "one/x/a");
   FrmFileTransfer window;
   ArrayTrasferimento[0].Sorgente.Dimensione = 4e15;
   EXPECT_TRUE(window.ControllaSpazio());
@@ -404,10 +400,7 @@ TEST(Deletion, It_needs_no_room_and_makes_no_folder) {
 
 TEST(Deletion, A_stop_keeps_all_that_has_not_been_deleted_yet) {
   Pair pair;
-  for (const char* name : {"a", "b", "c"}) {
-    pair.file("two/" + std::string(name), "old");
-    pair.planDeletion("two/" + std::string(name), "one/" + std::string(name));
-  }
+  for (const char* name : {"a", "b", "c"}) pair.surplus(name);
   pair.screen.onTransfer = [](const StatoTrasferimento& state) {
     if (state.fileCopiati == 1) AnnullaOperazioneInCorso();
   };
@@ -421,9 +414,8 @@ TEST(Deletion, A_stop_keeps_all_that_has_not_been_deleted_yet) {
 
 TEST(EmptyFolders, They_go_upward_in_step_with_the_other_side) {
   Pair pair;
-  pair.file("two/x/y/z/a", "old");
+  pair.surplus("x/y/z/a");
   pair.work().makeFolder("one/x");
-  pair.planDeletion("two/x/y/z/a", "one/x/y/z/a");
   EXPECT_EQ(pair.run(), EsitoTrasferimento::Nessuno);
   EXPECT_FALSE(pair.work().exists("two/x/y"));
   EXPECT_TRUE(pair.work().exists("two/x"));
@@ -432,10 +424,8 @@ TEST(EmptyFolders, They_go_upward_in_step_with_the_other_side) {
 
 TEST(EmptyFolders, The_path_itself_stays_though_all_in_it_has_gone) {
   Pair pair;
-  pair.file("two/a", "old");
-  pair.file("two/x/b", "old");
-  pair.planDeletion("two/a", "one/a");
-  pair.planDeletion("two/x/b", "one/x/b");
+  pair.surplus("a");
+  pair.surplus("x/b");
   EXPECT_EQ(pair.run(), EsitoTrasferimento::Nessuno);
   EXPECT_EQ(test::describeTree(pair.work().host("two")), "");
   EXPECT_TRUE(pair.work().exists("two"));
@@ -445,8 +435,7 @@ TEST(EmptyFolders, The_path_itself_stays_though_all_in_it_has_gone) {
 // The other path goes away at the very moment at which the file has been deleted.
 TEST(EmptyFolders, None_goes_once_the_other_path_is_away) {
   Pair pair;
-  pair.file("two/x/a", "old");
-  pair.planDeletion("two/x/a", "one/x/a");
+  pair.surplus("x/a");
   pair.screen.onEvents = [&] {
     if (!pair.work().exists("two/x/a")) fs::remove(pair.work().host("one"));
   };
@@ -459,9 +448,8 @@ TEST(EmptyFolders, One_that_holds_anything_else_stays) {
   const struct { const char* other; } cases[] = {{"two/x/b"}, {"two/x/.hidden"}, {"two/x/sub/b"}};
   for (const auto& c : cases) {
     Pair pair;
-    pair.file("two/x/a", "old");
+    pair.surplus("x/a");
     pair.file(c.other, "kept");
-    pair.planDeletion("two/x/a", "one/x/a");
     EXPECT_EQ(pair.run(), EsitoTrasferimento::Nessuno) << c.other;
     EXPECT_EQ(pair.read(c.other), "kept");
   }
@@ -471,8 +459,7 @@ TEST(EmptyFolders, One_that_is_a_path_of_the_profile_itself_stays) {
   Pair pair;
   Backup_Path = {pair.program("one"), pair.program("two"), pair.program("three"),
                  pair.program("two/x/y") + "\\"};
-  pair.file("two/x/Y/z/a", "old");
-  pair.planDeletion("two/x/Y/z/a", "one/x/Y/z/a");
+  pair.surplus("x/Y/z/a");
   EXPECT_EQ(pair.run(), EsitoTrasferimento::Nessuno);
   EXPECT_FALSE(pair.work().exists("two/x/Y/z"));
   EXPECT_TRUE(pair.work().exists("two/x/Y"));
@@ -480,9 +467,8 @@ TEST(EmptyFolders, One_that_is_a_path_of_the_profile_itself_stays) {
 
 TEST(EmptyFolders, A_counterpart_that_may_not_be_looked_at_has_not_gone) {
   Pair pair;
-  pair.file("two/locked/x/a", "old");
+  pair.surplus("locked/x/a");
   pair.file("one/locked/x/b", "b");
-  pair.planDeletion("two/locked/x/a", "one/locked/x/a");
   {
     const test::AsOrdinaryUser user(pair);
     fs::permissions(pair.work().host("one/locked"), fs::perms::none);
@@ -495,8 +481,7 @@ TEST(EmptyFolders, A_counterpart_that_may_not_be_looked_at_has_not_gone) {
 
 TEST(EmptyFolders, One_that_cannot_be_removed_is_a_failure_and_names_the_folder) {
   Pair pair;
-  pair.file("two/x/a", "old");
-  pair.planDeletion("two/x/a", "one/x/a");
+  pair.surplus("x/a");
   // A pipe is no file of a tree, and still keeps its folder from going.
   ASSERT_EQ(::mkfifo(pair.work().host("two/x/pipe").c_str(), 0600), 0);
   EXPECT_EQ(pair.run(), EsitoTrasferimento::FileFallito);

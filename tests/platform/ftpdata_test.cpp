@@ -9,14 +9,8 @@ namespace {
 
 using test::FtpServer;
 
-std::vector<FtpServer::Kind> kinds() {
-  std::vector<FtpServer::Kind> all{FtpServer::Kind::Scriptable};
-  if (FtpServer::hasVsftpd()) all.push_back(FtpServer::Kind::Vsftpd);
-  return all;
-}
-
 TEST(FtpData, Files_of_every_size_go_up_and_come_down_in_both_modes) {
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     for (const bool passive : {true, false}) {
       const FtpServer server(kind);
       FtpClient client(server, passive);
@@ -53,7 +47,7 @@ TEST(FtpData, A_read_fills_its_block_and_only_the_last_is_short) {
 }
 
 TEST(FtpData, An_older_file_is_replaced_even_by_a_shorter_one) {
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     const FtpServer server(kind);
     server.write("a", "a longer content");
     FtpClient client(server);
@@ -64,7 +58,7 @@ TEST(FtpData, An_older_file_is_replaced_even_by_a_shorter_one) {
 }
 
 TEST(FtpData, Opening_what_is_not_there_is_refused_with_words_and_the_session_lives) {
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     for (const bool passive : {true, false}) {
       const FtpServer server(kind);
       FtpClient client(server, passive);
@@ -96,7 +90,7 @@ TEST(FtpData, Chosen_names_are_refused_and_the_others_go_through) {
 }
 
 TEST(FtpData, A_download_given_up_anywhere_leaves_the_session_in_step) {
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     for (const bool passive : {true, false}) {
       const FtpServer server(kind);
       server.write("big", pattern(8'000'000));
@@ -140,7 +134,7 @@ TEST(FtpData, A_server_that_does_not_notice_the_end_is_told_by_abor) {
 }
 
 TEST(FtpData, An_upload_given_up_leaves_a_part_that_can_be_deleted) {
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     const FtpServer server(kind);
     FtpClient client(server);
     FtpSession& session = client.connected();
@@ -334,7 +328,7 @@ TEST(FtpData, Reading_an_upload_and_writing_to_a_download_is_refused) {
 }
 
 TEST(FtpData, Commands_of_the_callers_own_give_data) {
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     const FtpServer server(kind);
     server.write("in/a", "abc");
     server.write("in/b", "def");
@@ -361,9 +355,9 @@ TEST(FtpData, Commands_of_the_callers_own_give_data) {
 
 TEST(FtpData, Opening_a_download_can_tell_size_and_date) {
   std::vector<std::vector<std::string>> variants{{}, {"mlsd off"}};
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     for (const std::vector<std::string>& faults : variants) {
-      const FtpServer server(kind, kind == FtpServer::Kind::Vsftpd ? std::vector<std::string>() : faults);
+      const FtpServer server(kind, faults);
       server.write("a", "12345");
       server.setTime("a", 1706704215);
       FtpClient client(server);
@@ -452,7 +446,7 @@ TEST(FtpModes, A_port_for_data_that_is_closed_is_told) {
 
 // The commands that it takes to move files, once the first of them has shown what the server can.
 TEST(FtpCommands, Two_a_file_going_up_and_two_coming_down) {
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     for (const bool passive : {true, false}) {
       FtpServer server(kind);
       FtpClient client(server, passive);
@@ -472,7 +466,7 @@ TEST(FtpCommands, Two_a_file_going_up_and_two_coming_down) {
 }
 
 TEST(FtpCommands, One_more_where_the_date_or_the_size_is_asked_too) {
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     FtpServer server(kind);
     server.write("a", "abc");
     FtpClient client(server);

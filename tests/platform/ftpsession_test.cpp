@@ -9,15 +9,8 @@ namespace {
 
 using test::FtpServer;
 
-// Every kind of server that the machine has.
-std::vector<FtpServer::Kind> kinds() {
-  std::vector<FtpServer::Kind> all{FtpServer::Kind::Scriptable};
-  if (FtpServer::hasVsftpd()) all.push_back(FtpServer::Kind::Vsftpd);
-  return all;
-}
-
 TEST(FtpConnect, Logs_in_at_every_server) {
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     const FtpServer server(kind);
     FtpClient client(server);
     EXPECT_EQ(client.connect(), kNoError);
@@ -169,7 +162,7 @@ TEST(FtpSession, Without_a_connection_every_call_says_so) {
 }
 
 TEST(FtpFolders, Are_made_found_left_and_removed) {
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     const FtpServer server(kind);
     FtpClient client(server);
     FtpSession& session = client.connected();
@@ -242,7 +235,7 @@ TEST(FtpFolders, A_removed_current_folder_is_asked_for_anew) {
 }
 
 TEST(FtpFolders, Quotes_in_their_names_come_through) {
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     const FtpServer server(kind);
     FtpClient client(server);
     FtpSession& session = client.connected();
@@ -265,9 +258,9 @@ const std::vector<std::string>& oddNames() {
 
 TEST(FtpNames, Odd_ones_go_up_are_listed_come_down_and_are_deleted) {
   std::vector<std::vector<std::string>> variants{{}, {"mlsd off"}};
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     for (const std::vector<std::string>& faults : variants) {
-      const FtpServer server(kind, kind == FtpServer::Kind::Vsftpd ? std::vector<std::string>() : faults);
+      const FtpServer server(kind, faults);
       FtpClient client(server);
       FtpSession& session = client.connected();
       for (const std::string& name : oddNames()) {
@@ -332,7 +325,7 @@ TEST(FtpNames, The_byte_255_is_doubled) {
 }
 
 TEST(FtpFiles, Are_renamed_and_deleted) {
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     const FtpServer server(kind);
     server.write("old", "x");
     FtpClient client(server);
@@ -349,9 +342,9 @@ TEST(FtpFiles, Are_renamed_and_deleted) {
 
 TEST(FtpFiles, Tell_size_and_date_by_whatever_the_server_offers) {
   std::vector<std::vector<std::string>> variants{{}, {"mlsd off"}, {"feat off", "refuse MLST 500 What?"}};
-  for (const FtpServer::Kind kind : kinds()) {
+  for (const FtpServer::Kind kind : FtpServer::installed()) {
     for (const std::vector<std::string>& faults : variants) {
-      const FtpServer server(kind, kind == FtpServer::Kind::Vsftpd ? std::vector<std::string>() : faults);
+      const FtpServer server(kind, faults);
       server.write("a", "12345");
       server.setTime("a", 1706704215);
       FtpClient client(server);

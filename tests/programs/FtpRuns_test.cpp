@@ -155,13 +155,7 @@ TEST_P(Servers, A_synchronisation_fills_each_side_with_what_it_lacks) {
   EXPECT_EQ(console.work().read("here/only there.txt"), "there");
 }
 
-std::vector<FtpServer::Kind> installed() {
-  std::vector<FtpServer::Kind> kinds{FtpServer::Kind::Scriptable};
-  if (FtpServer::hasVsftpd()) kinds.push_back(FtpServer::Kind::Vsftpd);
-  return kinds;
-}
-
-INSTANTIATE_TEST_SUITE_P(Installed, Servers, testing::ValuesIn(installed()));
+INSTANTIATE_TEST_SUITE_P(Installed, Servers, testing::ValuesIn(FtpServer::installed()));
 
 // --- single files
 

@@ -31,6 +31,17 @@ class Remote : public Comparison {
     sort();
     compareOnly();
   }
+  // The one operation is a copy of `from` to `to`, whose path goes by `name` in the table.
+  void expectCopy(const std::string& from, const std::string& to, const std::string& name) {
+    run();
+    ASSERT_EQ(ArrayTrasferimento.Numero(), 1U);
+    const auto& [source, destination] = ArrayTrasferimento[0];
+    EXPECT_EQ(source.Percorso(), from);
+    EXPECT_EQ(source.TipoPercorso, from.front() == '/' ? PercorsoFtp : PercorsoLocale);
+    EXPECT_EQ(destination.Percorso(), to);
+    EXPECT_EQ(destination.TipoPercorso, to.front() == '/' ? PercorsoFtp : PercorsoLocale);
+    EXPECT_EQ(destination.Nome(), name);
+  }
 };
 
 TEST(ConfrontoFtp, Local_and_remote_names_are_the_same_with_either_separator) {
@@ -61,36 +72,19 @@ TEST(ConfrontoFtp, Names_of_the_table_get_the_local_separator_and_paths_keep_the
 TEST(ConfrontoFtp, A_file_that_goes_to_a_server_has_the_server_s_separator_throughout) {
   Remote comparison({"C:\\data\\", "/pub/data/"});
   comparison.add(0, "sub\\deep\\a");
-  comparison.run();
-  ASSERT_EQ(ArrayTrasferimento.Numero(), 1U);
-  const RecordFile& destination = ArrayTrasferimento[0].Destinazione;
-  EXPECT_EQ(destination.Percorso(), "/pub/data/sub/deep/a");
-  EXPECT_EQ(destination.Nome(), "sub/deep/a");
-  EXPECT_EQ(destination.TipoPercorso, PercorsoFtp);
-  EXPECT_EQ(ArrayTrasferimento[0].Sorgente.Percorso(), "C:\\data\\sub\\deep\\a");
-  EXPECT_EQ(ArrayTrasferimento[0].Sorgente.TipoPercorso, PercorsoLocale);
+  comparison.expectCopy("C:\\data\\sub\\deep\\a", "/pub/data/sub/deep/a", "sub/deep/a");
 }
 
 TEST(ConfrontoFtp, A_file_that_comes_from_a_server_has_the_local_separator_throughout) {
   Remote comparison({"C:\\data\\", "/pub/data/"});
   comparison.add(1, "sub/deep/a");
-  comparison.run();
-  ASSERT_EQ(ArrayTrasferimento.Numero(), 1U);
-  const RecordFile& destination = ArrayTrasferimento[0].Destinazione;
-  EXPECT_EQ(destination.Percorso(), "C:\\data\\sub\\deep\\a");
-  EXPECT_EQ(destination.Nome(), "sub\\deep\\a");
-  EXPECT_EQ(destination.TipoPercorso, PercorsoLocale);
-  EXPECT_EQ(ArrayTrasferimento[0].Sorgente.Percorso(), "/pub/data/sub/deep/a");
-  EXPECT_EQ(ArrayTrasferimento[0].Sorgente.TipoPercorso, PercorsoFtp);
+  comparison.expectCopy("/pub/data/sub/deep/a", "C:\\data\\sub\\deep\\a", "sub\\deep\\a");
 }
 
 TEST(ConfrontoFtp, Between_two_servers_the_separator_stays_theirs) {
   Remote comparison({"/one/", "/two/"});
   comparison.add(0, "sub/a");
-  comparison.run();
-  ASSERT_EQ(ArrayTrasferimento.Numero(), 1U);
-  EXPECT_EQ(ArrayTrasferimento[0].Destinazione.Percorso(), "/two/sub/a");
-  EXPECT_EQ(ArrayTrasferimento[0].Destinazione.Nome(), "sub/a");
+  comparison.expectCopy("/one/sub/a", "/two/sub/a", "sub/a");
 }
 
 // A server may have a file whose name holds what is a separator here; it arrives as "/".
@@ -99,12 +93,8 @@ TEST(ConfrontoFtp, A_name_that_holds_a_separator_lies_in_a_folder_on_the_other_s
   RecordFile record(ArrayScansione.Deposito().Cartella("/pub/sub/"), "a/b", std::string_view("/pub/").size());
   record.TipoPercorso = PercorsoFtp;
   ArrayScansione.Aggiungi(1, record);
-  comparison.run();
-  ASSERT_EQ(ArrayTrasferimento.Numero(), 1U);
-  const RecordFile& destination = ArrayTrasferimento[0].Destinazione;
-  EXPECT_EQ(destination.Percorso(), "C:\\data\\sub\\a\\b");
-  EXPECT_EQ(*destination.CartellaDelFile(), "C:\\data\\sub\\a\\");
-  EXPECT_EQ(destination.Nome(), "sub\\a\\b");
+  comparison.expectCopy("/pub/sub/a/b", "C:\\data\\sub\\a\\b", "sub\\a\\b");
+  EXPECT_EQ(*ArrayTrasferimento[0].Destinazione.CartellaDelFile(), "C:\\data\\sub\\a\\");
 }
 
 TEST(ConfrontoFtp, A_remote_deletion_names_the_remote_file) {

@@ -92,8 +92,7 @@ TEST(ConfrontaArrayPerDataDimensioneCRC32, Missing_files_only_means_that_nothing
     Comparison comparison;
     FixFileOption = SoloMancanti;
     CompareMethod = method;
-    comparison.file(0, "f", "abc");
-    comparison.file(1, "f", "abcd", 9);
+    comparison.pair("f", "abc", "abcd");
     comparison.file(1, "g");
     comparison.compare();
     EXPECT_EQ(comparison.operations(), Texts{"missing g 1 > 0"});
@@ -103,8 +102,7 @@ TEST(ConfrontaArrayPerDataDimensioneCRC32, Missing_files_only_means_that_nothing
 TEST(ConfrontaArrayPerDataDimensioneCRC32, Files_are_overwritten_also_where_a_question_comes_first) {
   Comparison comparison;
   FixFileOption = ChiediPrima;
-  comparison.file(0, "f", "abc");
-  comparison.file(1, "f", "abcd", 9);
+  comparison.pair("f", "abc", "abcd");
   comparison.compare();
   EXPECT_EQ(comparison.operations(), Texts{"date f 1 > 0"});
 }
@@ -112,8 +110,7 @@ TEST(ConfrontaArrayPerDataDimensioneCRC32, Files_are_overwritten_also_where_a_qu
 TEST(ConfrontaArrayPerDataDimensioneCRC32, A_method_that_there_is_not_compares_nothing) {
   Comparison comparison;
   CompareMethod = 4;
-  comparison.file(0, "f", "abc");
-  comparison.file(1, "f", "abcd", 9);
+  comparison.pair("f", "abc", "abcd");
   comparison.compare();
   EXPECT_EQ(ArrayTrasferimento.Numero(), 0U);
 }
@@ -141,8 +138,7 @@ TEST(ConfrontaArrayPerDataDimensioneCRC32, The_newer_date_is_the_one_that_the_te
   CompareMethod = ConfrontoData;
   comparison.file(0, "f");
   comparison.file(1, "f");
-  comparison.scan();
-  comparison.sort();
+  comparison.scanAndSort();
   ArrayScansione.Riga(0, 0).Data = DataAssente;
   ArrayScansione.Riga(1, 0).Data = test::SomeDate + 3;
   comparison.compareOnly();
@@ -154,8 +150,7 @@ TEST(ConfrontaArrayPerDataDimensioneCRC32, A_file_whose_date_cannot_be_had_is_ol
   CompareMethod = ConfrontoData;
   comparison.file(0, "f");
   comparison.file(1, "f");
-  comparison.scan();
-  comparison.sort();
+  comparison.scanAndSort();
   ArrayScansione.Riga(0, 0).Data = DataAssente;
   fs::remove(comparison.work().host("0/f"));
   comparison.compareOnly();
@@ -164,13 +159,20 @@ TEST(ConfrontaArrayPerDataDimensioneCRC32, A_file_whose_date_cannot_be_had_is_ol
 
 // --- checksums of the intelligent method
 
+// Neither file of the row "f" can be read.
+void expectBothFailed(Comparison& comparison) {
+  comparison.compareWithout({"0/f", "1/f"});
+  EXPECT_EQ(ArrayTrasferimento.Numero(), 0U);
+  EXPECT_TRUE(comparison.confronto.ErroreCrc);
+  EXPECT_EQ(ArrayScansione.Riga(0, 0).Attributi, -1);
+  EXPECT_EQ(ArrayScansione.Riga(1, 0).Attributi, -1);
+}
+
 TEST(IntelligentMethod, A_file_of_the_largest_size_or_more_is_equal_to_one_of_the_same_size) {
   for (const double size : {DimensioneMassimaCrc - 1, DimensioneMassimaCrc, DimensioneMassimaCrc + 1}) {
     Comparison comparison;
-    comparison.file(0, "f", "abc");
-    comparison.file(1, "f", "abd", 9);
-    comparison.scan();
-    comparison.sort();
+    comparison.pair("f", "abc", "abd");
+    comparison.scanAndSort();
     ArrayScansione.Riga(0, 0).Dimensione = ArrayScansione.Riga(1, 0).Dimensione = size;
     comparison.compareOnly();
     EXPECT_EQ(ArrayTrasferimento.Numero(), size < DimensioneMassimaCrc ? 1U : 0U);
@@ -180,12 +182,8 @@ TEST(IntelligentMethod, A_file_of_the_largest_size_or_more_is_equal_to_one_of_th
 TEST(IntelligentMethod, One_checksum_that_fails_counts_as_a_difference_and_the_date_decides) {
   for (const bool newer : {true, false}) {
     Comparison comparison;
-    comparison.file(0, "f", "abc");
-    comparison.file(1, "f", "abc", newer ? 9 : -9);
-    comparison.scan();
-    comparison.sort();
-    fs::remove(comparison.work().host("0/f"));
-    comparison.compareOnly();
+    comparison.pair("f", "abc", "abc", newer ? 9 : -9);
+    comparison.compareWithout({"0/f"});
     EXPECT_EQ(comparison.operations(), Texts{newer ? "date f 1 > 0" : "date f 0 > 1"});
     EXPECT_FALSE(comparison.confronto.ErroreCrc);
     EXPECT_NE(ArrayScansione.Riga(0, 0).Attributi, -1);
@@ -194,31 +192,16 @@ TEST(IntelligentMethod, One_checksum_that_fails_counts_as_a_difference_and_the_d
 
 TEST(IntelligentMethod, Two_checksums_that_fail_are_told_and_nothing_is_planned) {
   Comparison comparison;
-  comparison.file(0, "f", "abc");
-  comparison.file(1, "f", "abc", 9);
-  comparison.scan();
-  comparison.sort();
-  for (const char* file : {"0/f", "1/f"}) fs::remove(comparison.work().host(file));
-  comparison.compareOnly();
-  EXPECT_EQ(ArrayTrasferimento.Numero(), 0U);
-  EXPECT_TRUE(comparison.confronto.ErroreCrc);
-  EXPECT_EQ(ArrayScansione.Riga(0, 0).Attributi, -1);
-  EXPECT_EQ(ArrayScansione.Riga(1, 0).Attributi, -1);
+  comparison.pair("f", "abc", "abc");
+  expectBothFailed(comparison);
 }
 
 TEST(IntelligentMethod, No_checksum_is_asked_for_where_dates_and_sizes_tell_enough) {
   Comparison comparison;
-  comparison.file(0, "same");
-  comparison.file(1, "same", "x", 2);
-  comparison.file(0, "size", "abc");
-  comparison.file(1, "size", "abcd", 9);
-  comparison.file(0, "empty", "");
-  comparison.file(1, "empty", "", 9);
-  comparison.scan();
-  comparison.sort();
-  for (const char* name : {"same", "size", "empty"})
-    for (const char* path : {"0/", "1/"}) fs::remove(comparison.work().host(std::string(path) + name));
-  comparison.compareOnly();
+  comparison.pair("same", "x", "x", 2);
+  comparison.pair("size", "abc", "abcd");
+  comparison.pair("empty", "", "");
+  comparison.compareWithout({"0/same", "1/same", "0/size", "1/size", "0/empty", "1/empty"});
   EXPECT_EQ(comparison.operations(), Texts{"date size 1 > 0"});
   EXPECT_FALSE(comparison.confronto.ErroreCrc);
 }
@@ -256,19 +239,12 @@ TEST(IntelligentMethod, Dates_that_only_look_different_put_no_other_pair_out_of_
 class ByCrc : public Comparison {
  public:
   explicit ByCrc(std::size_t paths = 2) : Comparison(paths) { CompareMethod = ConfrontoCrc; }
-  void scanAndSort() {
-    scan();
-    sort();
-  }
 };
 
 TEST(CrcMethod, One_checksum_that_fails_is_told_and_the_date_decides) {
   ByCrc comparison;
-  comparison.file(0, "f", "abc");
-  comparison.file(1, "f", "abc", 9);
-  comparison.scanAndSort();
-  fs::remove(comparison.work().host("0/f"));
-  comparison.compareOnly();
+  comparison.pair("f", "abc", "abc");
+  comparison.compareWithout({"0/f"});
   EXPECT_EQ(comparison.operations(), Texts{"date f 1 > 0"});
   EXPECT_TRUE(comparison.confronto.ErroreCrc);
   EXPECT_EQ(ArrayScansione.Riga(0, 0).Attributi, -1);
@@ -278,24 +254,14 @@ TEST(CrcMethod, One_checksum_that_fails_is_told_and_the_date_decides) {
 
 TEST(CrcMethod, Two_checksums_that_fail_are_told_and_nothing_is_planned) {
   ByCrc comparison;
-  comparison.file(0, "f", "abc");
-  comparison.file(1, "f", "abd", 9);
-  comparison.scanAndSort();
-  for (const char* file : {"0/f", "1/f"}) fs::remove(comparison.work().host(file));
-  comparison.compareOnly();
-  EXPECT_EQ(ArrayTrasferimento.Numero(), 0U);
-  EXPECT_TRUE(comparison.confronto.ErroreCrc);
-  EXPECT_EQ(ArrayScansione.Riga(0, 0).Attributi, -1);
-  EXPECT_EQ(ArrayScansione.Riga(1, 0).Attributi, -1);
+  comparison.pair("f", "abc", "abd");
+  expectBothFailed(comparison);
 }
 
 TEST(CrcMethod, An_empty_file_that_cannot_be_read_is_told_too) {
   ByCrc comparison;
-  comparison.file(0, "f", "");
-  comparison.file(1, "f", "", 9);
-  comparison.scanAndSort();
-  fs::remove(comparison.work().host("1/f"));
-  comparison.compareOnly();
+  comparison.pair("f", "", "");
+  comparison.compareWithout({"1/f"});
   EXPECT_EQ(ArrayTrasferimento.Numero(), 0U);
   EXPECT_TRUE(comparison.confronto.ErroreCrc);
   EXPECT_EQ(ArrayScansione.Riga(1, 0).Attributi, -1);
@@ -304,8 +270,7 @@ TEST(CrcMethod, An_empty_file_that_cannot_be_read_is_told_too) {
 TEST(CrcMethod, A_file_that_has_changed_since_the_scan_is_judged_by_what_it_holds_now) {
   for (const std::string now : {"abcd", "ab", "", "xyz"}) {
     ByCrc comparison;
-    comparison.file(0, "f", "abc");
-    comparison.file(1, "f", "abc", 9);
+    comparison.pair("f", "abc", "abc");
     comparison.scanAndSort();
     comparison.work().write("0/f", now);
     comparison.compareOnly();
@@ -401,10 +366,7 @@ TEST(CrcMethod, In_single_mode_it_is_the_rows_of_the_first_two_paths_too) {
 TEST(CrcMethod, A_stop_while_checksums_are_worked_out_plans_and_tells_nothing_of_that_pair) {
   for (const std::size_t size : {std::size_t{3}, std::size_t{600'000}}) {
     ByCrc comparison;
-    for (const char* name : {"f", "g"}) {
-      comparison.file(0, name, std::string(size, 'a'));
-      comparison.file(1, name, std::string(size, 'b'), 9);
-    }
+    for (const char* name : {"f", "g"}) comparison.pair(name, std::string(size, 'a'), std::string(size, 'b'));
     comparison.scanAndSort();
     comparison.screen.onEvents = [] { AnnullaOperazioneInCorso(); };
     comparison.compareOnly();

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -53,6 +54,13 @@ class Comparison : public ProgramFolder {
     if (::utimensat(AT_FDCWD, work().host(relative).c_str(), times.data(), 0) != 0) std::abort();
   }
 
+  // The same name in paths 0 and 1, the second so much newer.
+  void pair(const std::string& name, const std::string& first, const std::string& second,
+            std::int64_t seconds = 9) {
+    file(0, name, first);
+    file(1, name, second, seconds);
+  }
+
   void scan() {
     std::vector<RigaPercorso> rows;
     for (const std::string& path : Backup_Path) rows.push_back({path, "0"});
@@ -68,10 +76,19 @@ class Comparison : public ProgramFolder {
     FrmProgressBar bar(&owner, "", 100);
     confronto.VisualizzaRapporto(bar);
   }
-  // All three.
-  void compare() {
+  void scanAndSort() {
     scan();
     sort();
+  }
+  // All three.
+  void compare() {
+    scanAndSort();
+    compareOnly();
+  }
+  // All three, with files like "0/f" that go away behind the scan.
+  void compareWithout(const Texts& files) {
+    scanAndSort();
+    for (const std::string& file : files) std::filesystem::remove(work().host(file));
     compareOnly();
   }
 
