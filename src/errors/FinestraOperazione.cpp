@@ -45,6 +45,17 @@ bool OperazioneAnnullata() {
                              [](const FinestraOperazione* finestra) { return finestra->ProcessoAnnullato; });
 }
 
+bool AnnullaFinestra(std::string_view nome) {
+  const auto& finestre = FinestreCaricate();
+  const auto trovata = std::ranges::find_if(
+      finestre.rbegin(), finestre.rend(),
+      [nome](const FinestraOperazione* finestra) { return finestra->Nome() == nome; });
+  if (trovata == finestre.rend()) return false;
+  // The question lets events run, in which the window may go.
+  (*trovata)->Annulla(false);
+  return OperazioneAnnullata();
+}
+
 bool AnnullaOperazioneInCorso() {
   if (FinestreCaricate().empty()) return false;
   FinestreCaricate().back()->Annulla(true);

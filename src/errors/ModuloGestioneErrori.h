@@ -42,6 +42,9 @@ extern bool
 
 // Whether the user has stopped the operation of one of the windows.
 [[nodiscard]] bool OperazioneAnnullata();
+// The stop button of the last window of that name, or its closing: asks. True if the operation is stopped;
+// false if the user lets it go on, or no such window is loaded.
+bool AnnullaFinestra(std::string_view nome);
 // Stops the active operation without a question, as a stop signal does; false if none runs.
 bool AnnullaOperazioneInCorso();
 

@@ -57,5 +57,20 @@ TEST_F(FinestraOperazioneTest, A_stop_signal_stops_the_active_window_without_a_q
   EXPECT_TRUE(screen.boxes.empty());
 }
 
+TEST_F(FinestraOperazioneTest, A_window_s_own_stop_button_asks_and_finds_it_by_name) {
+  EXPECT_FALSE(AnnullaFinestra("FrmScan"));
+  FinestraOperazione older("FrmScan");
+  FinestraOperazione newer("FrmScan");
+  FinestraOperazione above("FrmProgressBar");
+  screen.answers = {Risposta::No, Risposta::Sì};
+  EXPECT_FALSE(AnnullaFinestra("FrmScan"));
+  EXPECT_FALSE(OperazioneAnnullata());
+  EXPECT_TRUE(AnnullaFinestra("FrmScan"));
+  EXPECT_TRUE(newer.ProcessoAnnullato);
+  EXPECT_FALSE(older.ProcessoAnnullato);
+  EXPECT_FALSE(above.ProcessoAnnullato);
+  EXPECT_EQ(screen.boxes.size(), 2U);
+}
+
 }  // namespace
 }  // namespace tandemize
