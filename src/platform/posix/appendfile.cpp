@@ -7,6 +7,7 @@
 #include <cerrno>
 
 #include "platform/posix/errno.h"
+#include "platform/posix/lateclose.h"
 #include "platform/posix/status.h"
 
 namespace tandemize::platform {
@@ -33,7 +34,7 @@ ErrorCode AppendFile::open(std::string_view path, bool truncate) {
   if (const ErrorCode error = hostPathOf(path, host); error != kNoError) return error;
   const int flags =
       O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | (truncate ? O_TRUNC : 0);
-  descriptor_ = ::open(host.c_str(), flags, 0666);
+  descriptor_ = withRoom([&] { return ::open(host.c_str(), flags, 0666); });
   if (descriptor_ >= 0) return kNoError;
   return errno == EISDIR ? kAccessDenied : pathError(errno, host);
 }
@@ -41,7 +42,8 @@ ErrorCode AppendFile::open(std::string_view path, bool truncate) {
 ErrorCode AppendFile::append(std::string_view bytes) {
   std::size_t written = 0;
   while (written < bytes.size()) {
-    const ssize_t count = ::write(descriptor_, bytes.data() + written, bytes.size() - written);
+    const std::string_view rest = bytes.substr(written);
+    const ssize_t count = withRoom([&] { return ::write(descriptor_, rest.data(), rest.size()); });
     if (count >= 0) {
       written += static_cast<std::size_t>(count);
     } else if (errno != EINTR) {

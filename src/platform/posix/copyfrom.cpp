@@ -5,6 +5,7 @@
 #include <cerrno>
 
 #include "platform/newfile.h"
+#include "platform/posix/lateclose.h"
 #include "platform/posix/unnamedfiles.h"
 
 namespace tandemize::platform {
@@ -20,8 +21,8 @@ constexpr std::uint64_t kGreatestMove = 1ULL << 30U;
 ssize_t moveInKernel(int from, int to, std::uint64_t size) {
   ssize_t count = 0;
   do {
-    count = ::copy_file_range(from, nullptr, to, nullptr,
-                              static_cast<std::size_t>(std::min(size, kGreatestMove)), 0);
+    const auto most = static_cast<std::size_t>(std::min(size, kGreatestMove));
+    count = withRoom([&] { return ::copy_file_range(from, nullptr, to, nullptr, most, 0); });
   } while (count < 0 && errno == EINTR);
   return count;
 }

@@ -6,10 +6,12 @@
 
 #include <array>
 #include <cerrno>
+#include <utility>
 
 #include "platform/newfile.h"
 #include "platform/posix/descriptor.h"
 #include "platform/posix/errno.h"
+#include "platform/posix/lateclose.h"
 #include "platform/posix/status.h"
 
 namespace tandemize::platform {
@@ -56,7 +58,13 @@ bool folderExists(std::string_view path) {
 ErrorCode deleteFile(std::string_view path) {
   std::string host;
   if (const ErrorCode error = hostPathOf(path, host); error != kNoError) return error;
-  if (::unlink(host.c_str()) == 0) return kNoError;
+  struct statx entry = {};
+  static_cast<void>(statusAt(AT_FDCWD, host.c_str(), AT_SYMLINK_NOFOLLOW, entry));
+  Descriptor file = holdIfLarge(host, entry);
+  if (::unlink(host.c_str()) == 0) {
+    closeElsewhere(std::move(file));
+    return kNoError;
+  }
   return errno == EISDIR ? kAccessDenied : pathError(errno, host);
 }
 
@@ -78,7 +86,7 @@ ErrorCode removeFolder(std::string_view path) {
 ErrorCode createFolder(std::string_view path) {
   std::string host;
   if (const ErrorCode error = hostPathOf(path, host); error != kNoError) return error;
-  if (::mkdir(host.c_str(), 0777) == 0) return kNoError;
+  if (withRoom([&] { return ::mkdir(host.c_str(), 0777); }) == 0) return kNoError;
   return errno == EEXIST ? kAlreadyExists : folderError(errno);
 }
 
@@ -118,6 +126,7 @@ ErrorCode tryOpen(std::string_view path, bool forWriting) {
 ErrorCode freeSpace(std::string_view path, SpaceOnDisc& space) {
   std::string host;
   if (const ErrorCode error = hostPathOf(path, host); error != kNoError) return error;
+  waitForLateCloses();
   struct statvfs disc;
   if (::statvfs(host.c_str(), &disc) != 0) return folderError(errno);
   const std::uint64_t unit = disc.f_frsize != 0 ? disc.f_frsize : disc.f_bsize;
@@ -135,6 +144,7 @@ ErrorCode flushVolume(std::string_view folder) {
   if (const ErrorCode error = hostPathOf(folder, host); error != kNoError) return error;
   const Descriptor open(::open(host.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!open.isOpen()) return folderError(errno);
+  waitForLateCloses();  // until then nobody can unmount it
   return ::syncfs(open.get()) == 0 ? kNoError : fromErrno(errno);
 }
 

@@ -12,8 +12,10 @@
 #include <cstdio>
 #include <utility>
 
+#include "platform/posix/descriptor.h"
 #include "platform/posix/errno.h"
 #include "platform/posix/filelock.h"
+#include "platform/posix/lateclose.h"
 #include "platform/posix/reservednames.h"
 #include "platform/posix/status.h"
 #include "platform/posix/supplystate.h"
@@ -37,7 +39,10 @@ std::string procPathOf(int descriptor) {
 
 int linkThroughProc(int descriptor, const std::string& path) {
   const std::string source = procPathOf(descriptor);
-  return ::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0 ? 0 : errno;
+  const auto link = [&] {
+    return ::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW);
+  };
+  return withRoom(link) == 0 ? 0 : errno;
 }
 
 // Naming a file by its descriptor is quicker. Linux lets everybody do so with a file of his own since 6.10,
@@ -46,7 +51,8 @@ int linkTo(int descriptor, const std::string& path) {
   if (!fileWays().namesForThem) return EPERM;
   static bool byDescriptor = true;
   if (byDescriptor) {
-    if (::linkat(descriptor, "", AT_FDCWD, path.c_str(), AT_EMPTY_PATH) == 0) return 0;
+    const auto link = [&] { return ::linkat(descriptor, "", AT_FDCWD, path.c_str(), AT_EMPTY_PATH); };
+    if (withRoom(link) == 0) return 0;
     if (errno != ENOENT && errno != EPERM) return errno;
   }
   const int reason = linkThroughProc(descriptor, path);
@@ -131,7 +137,7 @@ ErrorCode NewFile::openFile(std::uint32_t permissions, NewFileSupply* supply) {
   }
   if (!unnamed_ && mayHaveUnnamedFiles(folder)) {
     // Also for reading, because `copyToReserved` may have to read it again.
-    descriptor_ = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode);
+    descriptor_ = withRoom([&] { return ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode); });
     unnamed_ = descriptor_ >= 0;
     if (!unnamed_ && !saysNoUnnamedFiles(errno)) return folderError(errno);
     learnt = !unnamed_;
@@ -147,7 +153,8 @@ ErrorCode NewFile::openFile(std::uint32_t permissions, NewFileSupply* supply) {
 ErrorCode NewFile::createReserved(const std::string& folder, std::uint32_t mode) {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     std::string path = reservedPath(folder);
-    descriptor_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode);
+    constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
+    descriptor_ = withRoom([&] { return ::open(path.c_str(), flags, mode); });
     if (descriptor_ < 0 && errno != EEXIST) return folderError(errno);
     if (descriptor_ >= 0 && holdReservedFile(descriptor_)) {
       temporary_ = std::move(path);
@@ -171,7 +178,9 @@ void NewFile::reserve(std::uint64_t size) {
   if (size <= written_ || !hasRoomBeside(descriptor_, size)) return;
   reserved_ = std::max(reserved_, size);
   // ext4 keeps the part that it found before the disc was full.
-  if (::fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size)) != 0) releaseSpareRoom();
+  const auto length = static_cast<off_t>(size);
+  if (withRoom([&] { return ::fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, 0, length); }) != 0)
+    releaseSpareRoom();
 }
 
 // Room beyond the end would stay with the file for good. Cutting a file at its end gives it back, and counts
@@ -187,7 +196,7 @@ void NewFile::releaseSpareRoom() {
 ErrorCode NewFile::write(const void* data, std::size_t size) {
   const char* rest = static_cast<const char*>(data);
   while (size > 0) {
-    const ssize_t count = ::write(descriptor_, rest, size);
+    const ssize_t count = withRoom([&] { return ::write(descriptor_, rest, size); });
     if (count < 0 && errno != EINTR) return fromErrno(errno);
     if (count <= 0) continue;
     rest += count;
@@ -272,7 +281,10 @@ ErrorCode NewFile::copyToReserved() {
 
 ErrorCode NewFile::commitReserved(bool& replaced) {
   if (const ErrorCode error = reportDelayedFailures(descriptor_); error != kNoError) return error;
-  if (::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target_.c_str(), RENAME_NOREPLACE) == 0) {
+  const auto rename = [this] {
+    return ::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target_.c_str(), RENAME_NOREPLACE);
+  };
+  if (withRoom(rename) == 0) {
     temporary_.clear();
     return kNoError;
   }
@@ -286,25 +298,34 @@ ErrorCode NewFile::commitReserved(bool& replaced) {
   return error;
 }
 
+// What is left of a large older file goes on another thread.
 ErrorCode NewFile::renameOver() {
-  struct statx entry;
+  struct statx entry = {};
   if (statusAt(AT_FDCWD, target_.c_str(), AT_SYMLINK_NOFOLLOW, entry) == 0) {
     if (const ErrorCode error = mayBeReplaced(entry); error != kNoError) return error;
   }
-  int reason = ::rename(temporary_.c_str(), target_.c_str()) == 0 ? 0 : errno;
+  Descriptor older = holdIfLarge(target_, entry);
+  const auto rename = [this] { return ::rename(temporary_.c_str(), target_.c_str()); };
+  int reason = withRoom(rename) == 0 ? 0 : errno;
   if (reason == ETXTBSY || reason == EBUSY || reason == EACCES) {
     // Some file servers rename no file that is open.
     ::close(std::exchange(descriptor_, -1));
-    reason = ::rename(temporary_.c_str(), target_.c_str()) == 0 ? 0 : errno;
+    reason = withRoom(rename) == 0 ? 0 : errno;
   }
-  if (reason == 0) temporary_.clear();
+  if (reason == 0) {
+    temporary_.clear();
+    closeElsewhere(std::move(older));
+  }
   if (reason == EISDIR) return kInvalidFolder;
   return reason == EINVAL ? kInvalidName : reason == 0 ? kNoError : folderError(reason);
 }
 
 void NewFile::discard() {
   if (!temporary_.empty()) ::unlink(temporary_.c_str());
-  if (descriptor_ >= 0) ::close(descriptor_);
+  // Only files that may be large are asked about.
+  Descriptor file(descriptor_);
+  const bool mayBeLarge = std::max(written_, reserved_) >= kLargeFile;
+  if (mayBeLarge && file.isOpen() && closesLargeFile(file.get())) closeElsewhere(std::move(file));
   if (folder_ >= 0) ::close(folder_);
   descriptor_ = folder_ = -1;
   reserved_ = 0;

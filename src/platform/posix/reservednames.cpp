@@ -7,11 +7,13 @@
 
 #include <cerrno>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "platform/newfile.h"
 #include "platform/posix/descriptor.h"
 #include "platform/posix/filelock.h"
+#include "platform/posix/lateclose.h"
 #include "platform/posix/status.h"
 
 namespace tandemize::platform {
@@ -40,12 +42,14 @@ Descriptor openLeftover(int folder, const char* name) {
 
 // Deletes under the lock: whoever made the file and waits for the lock then sees that it is gone.
 bool clearLeftover(int folder, const char* name) {
-  const Descriptor file = openLeftover(folder, name);
+  Descriptor file = openLeftover(folder, name);
   struct statx held, there;
   if (!file.isOpen() || statusAt(file.get(), "", AT_EMPTY_PATH, held) != 0) return false;
   if (kindOf(held) != EntryKind::file || lockWithoutWaiting(file.get()) != 0) return false;
   if (statusAt(folder, name, AT_SYMLINK_NOFOLLOW, there) != 0 || there.stx_ino != held.stx_ino) return false;
-  return ::unlinkat(folder, name, 0) == 0;
+  if (::unlinkat(folder, name, 0) != 0) return false;
+  if (held.stx_size >= kLargeFile && closesLargeFile(file.get())) closeElsewhere(std::move(file));
+  return true;
 }
 
 }  // namespace
