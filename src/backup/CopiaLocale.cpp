@@ -19,6 +19,7 @@ namespace {
 // Events run between blocks of at most this size, however large the buffer is set: a stop is seen in time on
 // a slow disc too.
 constexpr std::int64_t BloccoMassimo = std::int64_t{1024} * 1024;
+constexpr std::uint64_t LunghezzaDaRiservare = 16'777'216;
 
 constexpr std::uint32_t BitScritturaProprietario = 0200;
 constexpr std::int32_t ErroreFileInUso = 70;
@@ -77,7 +78,11 @@ bool FrmFileTransfer::ApriSorgente(Copia& copia) {
 bool FrmFileTransfer::ApriDestinazione(Copia& copia) {
   copia.FaseAperturaFile = 2;
   copia.errore = copia.out.create(copia.destinazione, copia.in.permissions(), &scorta_);
-  return copia.errore == platform::kNoError;
+  if (copia.errore != platform::kNoError) return false;
+  // Otherwise the host may look for all of its room in the moment in which it takes the place of an older
+  // copy, and the program would stand still meanwhile.
+  if (copia.Lunghezza() >= LunghezzaDaRiservare) copia.out.reserve(copia.Lunghezza());
+  return true;
 }
 
 bool FrmFileTransfer::CopiaBlocchi(Copia& copia) {

@@ -23,6 +23,14 @@ namespace tandemize {
 
 namespace {
 
+constexpr std::size_t RecordFraEventi = 1024;
+
+// Lets events run each so many records. False if they have stopped the operation.
+bool ContinuaDopoEventi(const FinestraOperazione& finestra, std::size_t record) {
+  if (record % RecordFraEventi == RecordFraEventi - 1) DoEvents();
+  return !finestra.ProcessoAnnullato;
+}
+
 // One root, or one of several file systems that lie below it: a letter may stand for a whole host tree.
 struct RigaSpazio {
   std::string radice;
@@ -91,6 +99,7 @@ bool FrmFileTransfer::Init(std::uint8_t modo, bool salvaLista, bool incrementale
   schermo().MousePointer(Puntatore::FrecciaEClessidra);
   const bool pronto = Prepara();
   schermo().MousePointer(Puntatore::Normale);
+  if (!pronto && ProcessoAnnullato) EsitoCopia = EsitoTrasferimento::Annullato;
   if (!pronto) return false;
   Visible = true;
   stato_.visibile = true;
@@ -104,7 +113,7 @@ bool FrmFileTransfer::Prepara() {
   avanzamento.Valore(1);
   if (!ConnettiServer()) return false;
   std::vector<RigaPercorso> radici;
-  if (ControllaDestinazioni(radici) != 0) return false;
+  if (ControllaDestinazioni(radici) != 0 || ProcessoAnnullato) return false;
   avanzamento.Valore(2);
   if (!ControllaSpazio()) return false;
   avanzamento.Valore(3);
@@ -130,6 +139,7 @@ std::int32_t FrmFileTransfer::ControllaDestinazioni(std::vector<RigaPercorso>& r
   std::vector<std::string> trovate;
   const std::string* cartella = nullptr;
   for (std::size_t i = 0; i < ArrayTrasferimento.Numero(); ++i) {
+    if (!ContinuaDopoEventi(*this, i)) return 0;
     const RecordOperazione& operazione = ArrayTrasferimento[i];
     if (Advance_ShutDownAll == 1) AggiungiPc(operazione);
     if (operazione.Destinazione.CartellaDelFile() == cartella) continue;
@@ -158,7 +168,10 @@ void FrmFileTransfer::AggiungiPc(const RecordOperazione& operazione) {
 
 bool FrmFileTransfer::ControllaSpazio() {
   TabellaSpazio tabella;
-  for (std::size_t i = 0; i < ArrayTrasferimento.Numero(); ++i) tabella.Aggiungi(ArrayTrasferimento[i]);
+  for (std::size_t i = 0; i < ArrayTrasferimento.Numero(); ++i) {
+    if (!ContinuaDopoEventi(*this, i)) return false;
+    tabella.Aggiungi(ArrayTrasferimento[i]);
+  }
   bool basta = true;
   for (const RigaSpazio& riga : tabella.Righe()) {
     if (riga.disponibili >= riga.necessari) continue;
