@@ -42,6 +42,8 @@ EsitoOperazione FrmBackupChoice::TastoOk_Annulla(int pulsante) {
   if (pulsante != 0) return EsitoOperazione::NienteDaFare;
   ErroreInCorso = ProcessoAnnullato = false;
   if (FormCaricato("FrmFileTransfer")) return EsitoOperazione::Rifiutato;
+  // A stop of an earlier run that no retry has used up would end every CRC of this one.
+  AnnullamentoRichiesto = false;
   FilterIgnoreInvalidPath = ChkIgnorePath ? 1 : 0;
   if (const platform::ErrorCode errore = ScriviFileProfilo({}, -2); errore != platform::kNoError)
     ErroreFatale(errore, "TastoOk_Annulla", 0, 0, "File Name: < " + RestituisciNomeFiltro(FileProfilo) + " >",

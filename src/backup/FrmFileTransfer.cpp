@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 #include "errors/ModuloLog.h"
 #include "platform/machine.h"
@@ -96,7 +97,8 @@ void FrmFileTransfer::TrasferisciFile() {
 }
 
 // Asked once a run. Yes stops the run without any failure. Memory is looked at between files, but no more
-// often than it can change much.
+// often than it can change much. The question is a box in the hidden state too: an unattended run then waits
+// until somebody answers it.
 bool FrmFileTransfer::MemoriaInEsaurimento() {
   if (PiattaformaOS <= 1 || MemoriaAvvisata) return false;
   const std::uint64_t adesso = platform::monotonicMilliseconds();
@@ -258,17 +260,20 @@ void FrmFileTransfer::NotaFallito(const std::string& percorso, std::string_view 
 }
 
 void FrmFileTransfer::Annulla(bool confermato) {
-  if (chiusuraConfermata_) return;
-  ProcessoAnnullato = true;
-  EsitoCopia = EsitoTrasferimento::Annullato;
+  if (chiusuraConfermata_ || (chiedeChiusura_ && !confermato)) return;
   std::int16_t annullaChiusura = 0;
-  bool modifiche = false;
-  ChiediChiusuraForm(annullaChiusura, this, ProcessoAnnullato, ErroreInCorso, modifiche, "", confermato);
+  bool inCorso = true, modifiche = false;
+  const bool chiedeva = std::exchange(chiedeChiusura_, true);
+  ChiediChiusuraForm(annullaChiusura, this, inCorso, ErroreInCorso, modifiche, "", confermato);
+  chiedeChiusura_ = chiedeva;
+  // A stop signal came while the question was up, and its answer does not matter any more.
+  if (chiusuraConfermata_) return;
   if (annullaChiusura != 0) {
     EsitoCopia = EsitoTrasferimento::Nessuno;
     return;
   }
   chiusuraConfermata_ = true;
+  EsitoCopia = EsitoTrasferimento::Annullato;
   ScriviLog(Messaggio(190), RigaArresto);
 }
 

@@ -162,7 +162,7 @@ class FrmFileTransfer : public FinestraOperazione {
   std::vector<std::string> NomiPcDaSpegnere;
   std::vector<std::string> radiciRimovibili_;
 
-  bool chiusuraConfermata_ = false;
+  bool chiusuraConfermata_ = false, chiedeChiusura_ = false;
   bool logRotto_ = false;
   bool conclusa_ = false;  // the loop went to the end of the list
   MisuratoreVelocita misuratore_;

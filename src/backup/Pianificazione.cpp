@@ -134,6 +134,7 @@ void FrmBackupChoice::PrelevaFilePerBackup(bool accurato) {
   ListaErrori.clear();
   erroreDiScansione_ = false;
   if (UltimoOggetto() < 2) {
+    // A box in the hidden state too: an unattended run then waits until somebody closes it.
     MsgBox(Messaggio(122), StileInformazione);
     return;
   }

@@ -25,10 +25,13 @@ FinestraOperazione::~FinestraOperazione() {
 }
 
 void FinestraOperazione::Annulla(bool confermato) {
-  if (ProcessoAnnullato) return;
+  if (ProcessoAnnullato || (chiede_ && !confermato)) return;
   std::int16_t rimane = 0;
   bool inCorso = true, modifiche = false;
+  const bool chiedeva = std::exchange(chiede_, true);
   ChiediChiusuraForm(rimane, this, inCorso, false, modifiche, "", confermato);
+  // The question lets events run, in which the window may go.
+  if (std::ranges::count(FinestreCaricate(), this) != 0) chiede_ = chiedeva;
 }
 
 std::string FormAttivo() {
@@ -47,9 +50,9 @@ bool OperazioneAnnullata() {
 
 bool AnnullaFinestra(std::string_view nome) {
   const auto& finestre = FinestreCaricate();
-  const auto trovata = std::ranges::find_if(
-      finestre.rbegin(), finestre.rend(),
-      [nome](const FinestraOperazione* finestra) { return finestra->Nome() == nome; });
+  const auto trovata =
+      std::ranges::find_if(finestre.rbegin(), finestre.rend(),
+                           [nome](const FinestraOperazione* finestra) { return finestra->Nome() == nome; });
   if (trovata == finestre.rend()) return false;
   // The question lets events run, in which the window may go.
   (*trovata)->Annulla(false);
@@ -57,9 +60,12 @@ bool AnnullaFinestra(std::string_view nome) {
 }
 
 bool AnnullaOperazioneInCorso() {
-  if (FinestreCaricate().empty()) return false;
-  FinestreCaricate().back()->Annulla(true);
-  return true;
+  const std::vector<FinestraOperazione*> finestre = FinestreCaricate();
+  return std::any_of(finestre.rbegin(), finestre.rend(), [](FinestraOperazione* finestra) {
+    if (!finestra->InEsecuzione()) return false;
+    finestra->Annulla(true);
+    return finestra->ProcessoAnnullato;
+  });
 }
 
 }  // namespace tandemize

@@ -19,7 +19,11 @@ class FinestraOperazione {
 
   // The user's stop: the window's cancel button, its closing, or a stop signal. `confermato` tells that no
   // question is to be asked. The default asks through ChiediChiusuraForm and sets `ProcessoAnnullato`.
+  // While its question is up a second one is not asked.
   virtual void Annulla(bool confermato);
+
+  // False for a window that is loaded but has nothing to stop: a stop signal is for another one.
+  [[nodiscard]] virtual bool InEsecuzione() const { return true; }
 
   [[nodiscard]] const std::string& Nome() const { return nome_; }
 
@@ -30,6 +34,7 @@ class FinestraOperazione {
 
  private:
   std::string nome_;
+  bool chiede_ = false;  // the question whether to stop is up
 };
 
 extern bool AnnullamentoRichiesto;  // the user confirmed a stop; consumed by the retry routines
@@ -45,7 +50,8 @@ extern bool
 // The stop button of the last window of that name, or its closing: asks. True if the operation is stopped;
 // false if the user lets it go on, or no such window is loaded.
 bool AnnullaFinestra(std::string_view nome);
-// Stops the active operation without a question, as a stop signal does; false if none runs.
+// Stops the active operation without a question, as a stop signal does: that of the last window made which
+// has something to stop. False if none has.
 bool AnnullaOperazioneInCorso();
 
 // After a failed call: logs, waits or gives up by the settings, and says whether to try again. `Tentativo` is

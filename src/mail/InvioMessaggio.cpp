@@ -10,7 +10,9 @@ namespace tandemize {
 
 namespace {
 
-// The bar passes over the first piece of a message in parts.
+// The bar passes over the first piece of a message in parts. The count is the position behind the piece, from
+// 1 on as positions of texts are: that of the last piece is one more than the length, unless blanks were
+// trimmed.
 void MostraAvanzamento(const PezzoMessaggio& pezzo, std::size_t lunghezza) {
   const std::size_t conto = LunghezzaInCaratteri(pezzo.testo) + pezzo.posizione;
   if (!ConAllegati || pezzo.posizione > 1) ScriviAvanzamento(static_cast<long long>(conto * 100 / lunghezza));

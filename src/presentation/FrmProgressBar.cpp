@@ -5,6 +5,7 @@ namespace tandemize {
 FrmProgressBar::FrmProgressBar(FinestraOperazione* proprietaria, std::string_view testo, double massimo)
     : FinestraOperazione("FrmProgressBar"), proprietaria_(proprietaria) {
   stato_.visibile = true;
+  stato_.annullabile = proprietaria != nullptr;
   stato_.massimo = massimo;
   Testo(testo);
 }
@@ -29,8 +30,9 @@ void FrmProgressBar::Valore(double valore) {
 }
 
 void FrmProgressBar::Annulla(bool confermato) {
+  if (proprietaria_ == nullptr) return;
   FinestraOperazione::Annulla(confermato);
-  if (ProcessoAnnullato && proprietaria_ != nullptr) proprietaria_->ProcessoAnnullato = true;
+  if (ProcessoAnnullato) proprietaria_->ProcessoAnnullato = true;
 }
 
 }  // namespace tandemize

@@ -11,7 +11,8 @@ namespace tandemize {
 
 class FrmProgressBar : public FinestraOperazione {
  public:
-  // `proprietaria` is the window whose work is shown; its cancel button stops that work. It may be null.
+  // `proprietaria` is the window whose work is shown; its cancel button stops that work. It may be
+  // null: such work cannot be stopped.
   FrmProgressBar(FinestraOperazione* proprietaria, std::string_view testo, double massimo);
   ~FrmProgressBar() override;
 
@@ -21,6 +22,7 @@ class FrmProgressBar : public FinestraOperazione {
   void Valore(double valore);
 
   void Annulla(bool confermato) override;
+  [[nodiscard]] bool InEsecuzione() const override { return proprietaria_ != nullptr; }
 
  private:
   FinestraOperazione* proprietaria_;

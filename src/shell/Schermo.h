@@ -35,6 +35,7 @@ struct StatoScansione {
   bool visibile = false;
   std::string titolo;    // "scan of path 1 'C:\data\'"
   std::string cartella;  // the folder at hand
+  bool backup = false;   // for the planner of a backup, whose own window stands already
 };
 
 // What long internal work shows (FrmProgressBar).
@@ -42,6 +43,7 @@ struct StatoAvanzamento {
   bool visibile = false;
   std::string testo;
   double massimo = 100, valore = 0;
+  bool annullabile = true;  // there is something that its button can stop
 };
 
 // What a transfer shows (FrmFileTransfer). Texts are ready to be shown, numbers are for bars and for a

@@ -23,15 +23,28 @@ std::int16_t IndiceServer(const RigaPercorso& riga) {
   return indice;
 }
 
+std::string Titolo(const std::string& percorso, std::size_t numero, std::size_t totale) {
+  return Messaggio(273) + (totale > 1 ? " " + std::to_string(numero + 1) : "") + " '" + percorso + "'";
+}
+
 }  // namespace
+
+bool FrmScan::Fermato() {
+  ProcessoAnnullato = ProcessoAnnullato || OperazioneAnnullata();
+  return ProcessoAnnullato;
+}
 
 void FrmScan::Init(const std::vector<RigaPercorso>& percorsi, FinestraOperazione& proprietaria, bool backup,
                    bool secondo, bool /*terzo*/, std::string_view filtro) {
   filtro_ = filtro;
   stato_.visibile = true;
+  stato_.backup = backup;
+  if (!percorsi.empty()) stato_.titolo = Titolo(percorsi.front().percorso, 0, percorsi.size());
+  // Before the servers are connected, so that its button is there while one of them is slow.
+  schermo().Mostra(stato_);
   bool conFtp = false;
   ConnettiUnitaFtp(percorsi, conFtp);
-  fermata_ = ProcessoAnnullato;
+  fermata_ = Fermato();
   const bool senzaConnessione = conFtp && !secondo && (ConnessioneFallita || ProcessoAnnullato);
   if (senzaConnessione) {
     // The failed connection has been reported already; the owner goes on with empty columns.
@@ -54,7 +67,7 @@ void FrmScan::Init(const std::vector<RigaPercorso>& percorsi, FinestraOperazione
 void FrmScan::Concludi(const std::vector<RigaPercorso>& percorsi, bool backup) {
   if (ErroreInCorso && !backup)
     ErroreFatale(0, "FrmScan", 2, 0, "", Messaggio(274) + " '" + percorsoFallito_ + "'", 0);
-  if (ProcessoAnnullato) return;
+  if (Fermato()) return;
   bool conFtp = false;
   ConnettiUnitaFtp(percorsi, conFtp);
 }
@@ -63,6 +76,7 @@ void FrmScan::ConnettiUnitaFtp(const std::vector<RigaPercorso>& percorsi, bool& 
   for (const RigaPercorso& riga : percorsi) {
     if (TipoPercorso(riga.percorso) != PercorsoFtp) continue;
     qualcuno = true;
+    if (Fermato()) return;
     std::string messaggio;
     bool fallita = false;
     Connetti_Al_Server_FTP(IndiceServer(riga), messaggio, fallita, false);
@@ -74,14 +88,13 @@ void FrmScan::ScansionaPercorsi(const std::vector<RigaPercorso>& percorsi) {
     ArrayScansione.ImpostaTipo(i, TipoPercorso(percorsi[i].percorso));
     const bool raggiunto = ScansionaUnPercorso(percorsi[i].percorso, i, percorsi.size());
     if (ErroreInCorso && percorsoFallito_.empty()) percorsoFallito_ = percorsi[i].percorso;
-    if (!raggiunto || ProcessoAnnullato || (ErroreInCorso && !Errors_Try_Next)) return;
+    if (!raggiunto || Fermato() || (ErroreInCorso && !Errors_Try_Next)) return;
   }
 }
 
 // False: the path can't be reached, and no further one is looked at.
 bool FrmScan::ScansionaUnPercorso(const std::string& percorso, std::size_t numero, std::size_t totale) {
-  stato_.titolo =
-      Messaggio(273) + (totale > 1 ? " " + std::to_string(numero + 1) : "") + " '" + percorso + "'";
+  stato_.titolo = Titolo(percorso, numero, totale);
   ScriviLog(stato_.titolo, RigaNormale);
   schermo().Mostra(stato_);
   if (!EsisteCartella(percorso)) {
@@ -105,7 +118,7 @@ void FrmScan::ScansionaVolume(const std::string& percorso, std::size_t numero) {
   const bool noto =
       TipoPercorso(percorso) != PercorsoFtp && platform::freeSpace(percorso, prima) == platform::kNoError;
   ScansionaCartella(numero, percorso, percorso.size());
-  if (!noto || ProcessoAnnullato) return;
+  if (!noto || Fermato()) return;
   platform::ErrorCode errore = platform::freeSpace(percorso, dopo);
   if (errore == platform::kNoError && dopo.volume != prima.volume) errore = platform::kNotReady;
   if (errore == platform::kNoError) return;
@@ -115,12 +128,12 @@ void FrmScan::ScansionaVolume(const std::string& percorso, std::size_t numero) {
 
 void FrmScan::ScansionaCartella(std::size_t colonna, std::string percorso, std::size_t inizio) {
   percorso = ConSeparatore(percorso);
-  if (ProcessoAnnullato) return;
+  if (Fermato()) return;
   // The search is closed before any subfolder is entered: an FTP session has one search at a time.
   const std::vector<std::string> sottocartelle = LeggiCartella(colonna, percorso, inizio);
   for (const std::string& nome : sottocartelle) {
     DoEvents();
-    if (ProcessoAnnullato || (ErroreInCorso && !Errors_Try_Next)) return;
+    if (Fermato() || (ErroreInCorso && !Errors_Try_Next)) return;
     stato_.cartella = percorso + nome;
     schermo().Mostra(stato_);
     ScansionaCartella(colonna, stato_.cartella, inizio);
@@ -155,14 +168,14 @@ std::vector<std::string> FrmScan::LeggiCartella(std::size_t colonna, const std::
     if (risposta.fallita()) {
       ErroreInCorso = true;
       if (tipo == PercorsoFtp) AvvisoConnessionePersa(true, Messaggio(274) + " " + percorso);
-      if (!Errors_Try_Next || ProcessoAnnullato) break;
+      if (!Errors_Try_Next || Fermato()) break;
     } else if (const std::string& nome = risposta.nome(); nome != "." && nome != "..") {
       if ((trovato.dwFileAttributes & platform::kDirectory) != 0)
         sottocartelle.push_back(nome);
       else if (filtro_.empty() || FiltroAccetta(filtro_, nome))
         AggiungiFile(colonna, cartella, nome, inizio, trovato, tipo);
     }
-    if (ProcessoAnnullato) break;
+    if (Fermato()) break;
     risposta = DirFile(ricerca, trovato, "", false);
   }
   ChiudiRicerca(ricerca);

@@ -45,6 +45,9 @@ class FrmScan : public FinestraOperazione {
   void ImpostaFiltro(std::string_view filtro) { filtro_ = filtro; }
 
  private:
+  // Whether the operation has been stopped, in this window or in another one of it, such as the planner's
+  // progress bar; the stop is then this window's too.
+  bool Fermato();
   void ScansionaPercorsi(const std::vector<RigaPercorso>& percorsi);
   bool ScansionaUnPercorso(const std::string& percorso, std::size_t numero, std::size_t totale);
   void ScansionaVolume(const std::string& percorso, std::size_t numero);

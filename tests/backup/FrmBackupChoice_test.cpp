@@ -289,6 +289,17 @@ TEST(FrmBackupChoice, A_stop_of_a_test_is_told_from_a_test_without_faults) {
   }
 }
 
+TEST(FrmBackupChoice, A_stop_of_an_earlier_run_ends_no_reading_of_an_accurate_test) {
+  Runner program;
+  program.screen.onEvents = [] {
+    if (FormCaricato("FrmScan")) AnnullaOperazioneInCorso();
+  };
+  EXPECT_EQ(program.run(), EsitoOperazione::Annullato);
+  program.screen.onEvents = nullptr;
+  program.run(Standard, TestAccurato);
+  EXPECT_EQ(program.boxes(), std::vector<std::string>{Messaggio(139)});
+}
+
 TEST(FrmBackupChoice, After_a_run_its_flags_are_clear_and_it_is_enabled_again) {
   Runner program;
   FrmBackupChoice dialog;

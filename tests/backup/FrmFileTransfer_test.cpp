@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "backup/BackupRun.h"
+#include "fixtures/NestingScreen.h"
 #include "profile/ModuloProfilo.h"
 #include "shell/Formati.h"
 #include "storage/Unita.h"
@@ -495,6 +496,54 @@ TEST(Annulla, The_cancel_button_asks_first_and_no_goes_on) {
     EXPECT_EQ(t.copied("b"), stopped ? "" : "b");
     EXPECT_EQ(t.boxes().back(), Messaggio(stopped ? 190 : 189));
   }
+}
+
+// Stops the run by its button behind the first file, with `meanwhile` happening while the question is up.
+EsitoTrasferimento stoppedTransfer(Transfers& t, test::NestingScreen& screen,
+                                   const std::function<void()>& meanwhile) {
+  for (const char* name : {"a", "b"}) t.file(name, name);
+  bool asked = false;
+  screen.onTransfer = [&](const StatoTrasferimento& state) {
+    if (state.fileCopiati != 1 || asked) return;
+    asked = true;
+    screen.onBox = meanwhile;
+    t.window().Annulla(false);
+  };
+  t.init();
+  return t.window().EsitoCopia;
+}
+
+TEST(Annulla, While_the_question_is_up_no_second_one_is_asked) {
+  for (const Risposta answer : {Risposta::Sì, Risposta::No}) {
+    Transfers t;
+    test::NestingScreen screen;
+    screen.answers = {answer, answer == Risposta::Sì ? Risposta::No : Risposta::Sì};
+    const EsitoTrasferimento outcome = stoppedTransfer(t, screen, [&] { t.window().Annulla(false); });
+    const bool stopped = answer == Risposta::Sì;
+    EXPECT_EQ(outcome, stopped ? EsitoTrasferimento::Annullato : EsitoTrasferimento::Nessuno);
+    EXPECT_EQ(t.copied("b"), stopped ? "" : "b");
+    EXPECT_EQ(test::countLinesWith(test::boxTexts(screen), Messaggio(326)), 1);
+    EXPECT_EQ(test::countLinesWith(t.logLines(), "| - " + Messaggio(329) + " -"), stopped ? 2 : 0);
+  }
+}
+
+TEST(Annulla, A_no_does_not_undo_a_stop_signal_that_came_while_the_question_was_up) {
+  Transfers t;
+  test::NestingScreen screen;
+  screen.answers = {Risposta::No};
+  EXPECT_EQ(stoppedTransfer(t, screen, [] { AnnullaOperazioneInCorso(); }), EsitoTrasferimento::Annullato);
+  EXPECT_TRUE(t.window().ProcessoAnnullato);
+  EXPECT_EQ(t.copied("b"), "");
+  EXPECT_EQ(test::countLinesWith(t.logLines(), "| - " + Messaggio(329) + " -"), 2);
+}
+
+TEST(Annulla, A_no_does_not_undo_a_stop_by_another_window_of_the_operation) {
+  Transfers t;
+  test::NestingScreen screen;
+  screen.answers = {Risposta::No};
+  EXPECT_EQ(stoppedTransfer(t, screen, [&] { t.window().ProcessoAnnullato = true; }),
+            EsitoTrasferimento::Annullato);
+  EXPECT_EQ(t.copied("b"), "");
 }
 
 TEST(Annulla, A_stopped_file_gets_no_line_in_the_list) {

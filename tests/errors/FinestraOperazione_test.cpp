@@ -2,6 +2,7 @@
 
 #include "errors/ErrorsTest.h"
 #include "errors/ModuloGestioneErrori.h"
+#include "fixtures/NestingScreen.h"
 
 namespace tandemize {
 namespace {
@@ -55,6 +56,64 @@ TEST_F(FinestraOperazioneTest, A_stop_signal_stops_the_active_window_without_a_q
   EXPECT_TRUE(above.ProcessoAnnullato);
   EXPECT_FALSE(below.ProcessoAnnullato);
   EXPECT_TRUE(screen.boxes.empty());
+}
+
+struct IdleWindow : FinestraOperazione {
+  using FinestraOperazione::FinestraOperazione;
+  [[nodiscard]] bool InEsecuzione() const override { return false; }
+};
+
+struct WindowThatRefuses : FinestraOperazione {
+  using FinestraOperazione::FinestraOperazione;
+  void Annulla(bool) override {}
+};
+
+TEST_F(FinestraOperazioneTest, A_stop_signal_is_not_lost_on_a_window_that_has_nothing_to_stop) {
+  FinestraOperazione lowest("lowest");
+  FinestraOperazione transfer("FrmFileTransfer");
+  IdleWindow idle("FrmGlobalSetting");
+  WindowThatRefuses refusing("FrmGlobalSetting");
+  EXPECT_TRUE(AnnullaOperazioneInCorso());
+  EXPECT_TRUE(transfer.ProcessoAnnullato);
+  EXPECT_FALSE(idle.ProcessoAnnullato);
+  EXPECT_FALSE(lowest.ProcessoAnnullato);
+}
+
+TEST_F(FinestraOperazioneTest, A_stop_signal_that_finds_nothing_to_stop_says_so) {
+  IdleWindow idle("FrmGlobalSetting");
+  WindowThatRefuses refusing("FrmGlobalSetting");
+  EXPECT_FALSE(AnnullaOperazioneInCorso());
+  EXPECT_FALSE(OperazioneAnnullata());
+  EXPECT_EQ(count(Messaggio(329)), 0);
+}
+
+TEST_F(FinestraOperazioneTest, While_its_question_is_up_no_second_one_is_asked) {
+  test::NestingScreen nesting;
+  FinestraOperazione window("Frm");
+  nesting.answers = {Risposta::No, Risposta::Sì};
+  nesting.onBox = [&] { window.Annulla(false); };
+  window.Annulla(false);
+  EXPECT_EQ(nesting.boxes.size(), 1U);
+  EXPECT_FALSE(window.ProcessoAnnullato);
+  window.Annulla(false);
+  EXPECT_TRUE(window.ProcessoAnnullato);
+}
+
+TEST_F(FinestraOperazioneTest, A_stop_signal_counts_while_the_question_is_up) {
+  test::NestingScreen nesting;
+  FinestraOperazione window("Frm");
+  nesting.answers = {Risposta::No};
+  nesting.onBox = [] { EXPECT_TRUE(AnnullaOperazioneInCorso()); };
+  window.Annulla(false);
+  EXPECT_TRUE(window.ProcessoAnnullato);
+}
+
+TEST_F(FinestraOperazioneTest, A_window_may_go_while_its_question_is_up) {
+  test::NestingScreen nesting;
+  std::optional<FinestraOperazione> window("Frm");
+  nesting.answers = {Risposta::No};
+  nesting.onBox = [&] { window.reset(); };
+  EXPECT_FALSE(AnnullaFinestra("Frm"));
 }
 
 TEST_F(FinestraOperazioneTest, A_window_s_own_stop_button_asks_and_finds_it_by_name) {

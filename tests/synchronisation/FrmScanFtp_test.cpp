@@ -4,6 +4,7 @@
 #include <set>
 
 #include "fixtures/PlainFtpServer.h"
+#include "presentation/FrmProgressBar.h"
 #include "shell/Impostazioni.h"
 #include "storage/FtpProgram.h"
 #include "synchronisation/FrmScan.h"
@@ -33,6 +34,14 @@ class FrmScanFtp : public testing::Test {
   }
 
   test::PlainFtpServer server;
+  void stall(const std::string& command) {
+    server.answer([command](const std::string& line) {
+      return line.starts_with(command) ? std::optional<std::string>(test::PlainFtpServer::Stall)
+                                       : std::nullopt;
+    });
+  }
+  test::ScriptedScreen& screen() { return program_.screen; }
+
   FinestraOperazione owner{"owner"};
 
  private:
@@ -45,6 +54,34 @@ TEST_F(FrmScanFtp, A_tree_is_walked_whole_and_its_session_closed) {
   EXPECT_EQ(scan("/data/"), (Names{"/data/a", "/data/sub/deep/b"}));
   EXPECT_FALSE(owner.ErroreInCorso);
   EXPECT_FALSE(ServerConnesso(""));
+}
+
+TEST_F(FrmScanFtp, Its_window_stands_while_a_slow_server_is_connected_and_can_stop_that) {
+  server.root().write("data/a", "1");
+  stall("USER");
+  bool shown = false;
+  screen().onEvents = [&] {
+    shown = screen().lastScan.visibile && screen().lastScan.titolo.find("/data/") != std::string::npos;
+    AnnullaOperazioneInCorso();
+  };
+  EXPECT_EQ(scan("/data/"), Names{});
+  EXPECT_TRUE(shown);
+  EXPECT_FALSE(screen().lastScan.visibile);
+  EXPECT_FALSE(owner.ProcessoAnnullato) << "such a stop leaves empty columns and no flag";
+}
+
+TEST_F(FrmScanFtp, A_stop_of_the_owner_s_progress_bar_while_a_server_is_connected_walks_nothing) {
+  server.root().write("data/a", "1");
+  stall("USER");
+  FrmProgressBar bar(&owner, "", 100);
+  screen().onEvents = [&] { bar.Annulla(true); };
+  ArrayScansione.Azzera(1);
+  FrmScan window;
+  window.Init({{"/data/", "0"}, {"/data/", "0"}}, owner, true, true, false, "");
+  EXPECT_EQ(ArrayScansione.Righe(0), 0U);
+  EXPECT_TRUE(owner.ProcessoAnnullato);
+  EXPECT_TRUE(window.Fermata());
+  EXPECT_EQ(server.connections(), 1) << "the second path's server is not tried";
 }
 
 // The search itself takes no notice of it and would list the folder above, again and again.

@@ -13,6 +13,7 @@
 #include "fixtures/LogLines.h"
 #include "fixtures/ProgramFolder.h"
 #include "platform/paths.h"
+#include "presentation/FrmProgressBar.h"
 #include "shell/Impostazioni.h"
 #include "shell/Lingua.h"
 #include "shell/ModuloPrincipale.h"
@@ -291,6 +292,31 @@ TEST(FrmScan, A_stop_ends_the_walk_and_reaches_the_owner) {
   EXPECT_TRUE(scanner.stopped);
   EXPECT_LT(ArrayScansione.Righe(0), 50U);
   EXPECT_EQ(ArrayScansione.Righe(1), 0U);
+}
+
+TEST(FrmScan, A_stop_of_the_owner_s_progress_bar_ends_the_walk_at_once) {
+  Scanner scanner;
+  for (int i = 0; i < 50; ++i) scanner.work().write("s/" + std::to_string(i) + "/a", "x");
+  FrmProgressBar bar(&scanner.owner, "", 100);
+  scanner.screen.answers = {Risposta::Sì};
+  scanner.screen.onEvents = [&bar] {
+    if (ArrayScansione.Righe(0) == 3) bar.Annulla(false);
+  };
+  scanner.scan({scanner.program("s"), scanner.program("s")});
+  EXPECT_EQ(ArrayScansione.Righe(0), 3U);
+  EXPECT_EQ(ArrayScansione.Righe(1), 0U);
+  EXPECT_TRUE(scanner.owner.ProcessoAnnullato);
+  EXPECT_TRUE(scanner.stopped);
+  EXPECT_EQ(scanner.screen.boxes.size(), 1U);
+}
+
+TEST(FrmScan, Its_window_is_told_whether_a_backup_is_planned) {
+  for (const bool backup : {true, false}) {
+    Scanner scanner;
+    scanner.work().write("s/a", "x");
+    scanner.scan({scanner.program("s")}, "", backup);
+    EXPECT_EQ(scanner.screen.lastScan.backup, backup);
+  }
 }
 
 TEST(FrmScan, An_optical_drive_whose_disc_reports_no_length_is_passed_over) {
