@@ -1,8 +1,11 @@
 #include "shell/FrmGlobalSetting.h"
 
+#include <algorithm>
+
 #include "platform/machine.h"
 #include "platform/newfile.h"
 #include "shell/ChiaviGlobalSetting.h"
+#include "shell/LetturaGlobale.h"
 #include "shell/Lingua.h"
 #include "shell/ModuloPrincipale.h"
 #include "shell/RigheGlobalSetting.h"
@@ -37,6 +40,12 @@ void ScriviServer(std::string& testo) {
   }
 }
 
+// The line of that number, from 1, without its end.
+std::string_view RigaNumero(std::string_view testo, std::size_t numero) {
+  for (; numero > 1; --numero) testo.remove_prefix(std::min(testo.find('\n'), testo.size() - 1) + 1);
+  return testo.substr(0, testo.find("\r\n"));
+}
+
 bool Numerica(const ChiaveGlobale& chiave) {
   return !std::holds_alternative<std::string*>(chiave.Destinazione);
 }
@@ -60,14 +69,26 @@ bool CaricaImpostazioni(std::string& errore) {
 bool FrmGlobalSetting::Carica() {
   bool cambiato = false;
   const bool letto = OpenFileGlobal(PercorsoFileGlobale(), cambiato, false, false);
-  comboTimer.Elementi = {Messaggio(MessaggioOre), Messaggio(MessaggioGiorni), Messaggio(MessaggioSettimane),
-                         Messaggio(MessaggioMesi)};
-  cmbintervallo.Elementi = comboTimer.Elementi;
+  RiempiIntervalli();
   ParametriPostaPredefiniti();
   RiempiListFtp();
   ApplicaTipoTimer();
   ApplicaBuffer();
   return letto;
+}
+
+// A word that was chosen in the language before becomes that of now.
+void FrmGlobalSetting::RiempiIntervalli() {
+  const std::vector<std::string> parole{Messaggio(MessaggioOre), Messaggio(MessaggioGiorni),
+                                        Messaggio(MessaggioSettimane), Messaggio(MessaggioMesi)};
+  for (CasellaCombo* combo : {&comboTimer, &cmbintervallo}) {
+    for (std::size_t i = 0; i < combo->Elementi.size() && i < parole.size(); ++i) {
+      if (combo->Text != combo->Elementi[i]) continue;
+      combo->Text = parole[i];
+      break;
+    }
+    combo->Elementi = parole;
+  }
 }
 
 void FrmGlobalSetting::ParametriPostaPredefiniti() {
@@ -110,7 +131,7 @@ std::string FrmGlobalSetting::TestoControllo(const ChiaveGlobale& chiave) const 
   return std::to_string(valore);
 }
 
-platform::ErrorCode FrmGlobalSetting::SaveFileGlobal(const std::string& Percorso) {
+std::string FrmGlobalSetting::ComponiFile() {
   // A program with a timer always starts hidden with the PC, one without never starts with it: a timed run
   // begins only while the program is hidden. What was chosen for the start does not outlast a save.
   OptStartPC.Attiva = OptTimer.Accesa(0) ? 0 : 2;
@@ -125,35 +146,76 @@ platform::ErrorCode FrmGlobalSetting::SaveFileGlobal(const std::string& Percorso
     }
   }
   ScriviTimerAvanzati(testo);
-  return platform::replaceFile(Percorso, testo, PermessiFile);
+  return testo;
+}
+
+platform::ErrorCode FrmGlobalSetting::SaveFileGlobal(const std::string& Percorso) {
+  return platform::replaceFile(Percorso, ComponiFile(), PermessiFile);
+}
+
+// Why the text could not be read as a settings file, empty if it can. Keys are found anywhere in a line, so a
+// value that holds the name of one is taken for that one's line too.
+std::string FrmGlobalSetting::MotivoIllegibile(std::string_view testo) {
+  FrmGlobalSetting prova;
+  LetturaGlobale lettura{PercorsoFileGlobale(), false, true, true};
+  if (prova.LeggiTesto(testo, lettura)) return {};
+  const std::string_view riga = RigaNumero(testo, lettura.riga);
+  const std::size_t separatore = riga.find(" = ");
+  const std::string_view chiave = riga.substr(0, separatore);
+  std::string motivo = InLingua("Le impostazioni non sono state salvate: il valore di '",
+                                "The settings were not saved: the value of '") +
+                       std::string(chiave) +
+                       InLingua("' non potrebbe essere riletto", "' could not be read back");
+  if (separatore == std::string_view::npos) return motivo + ".";
+  const std::string_view valore = riga.substr(separatore + 3);
+  if (!chiave.starts_with("Ftp_Password")) motivo += ": '" + std::string(valore) + "'";
+  for (const ChiaveGlobale& altra : ChiaviGlobali())
+    if (valore.find(altra.Chiave) != std::string_view::npos)
+      return motivo + InLingua(". Contiene '", ". It holds '") + std::string(altra.Chiave) +
+             InLingua("', il nome di un'impostazione.", "', the name of a setting.");
+  return motivo + ".";
 }
 
 bool FrmGlobalSetting::Modificato() {
+  AdottaDalFile();
   bool cambiato = false;
   return !OpenFileGlobal(PercorsoFileGlobale(), cambiato, true, false) || cambiato;
 }
 
-EsitoConferma FrmGlobalSetting::Conferma(int membro) {
-  if (membro != 0) return EsitoConferma::Chiudi;
-  bool serverCorretti = true;
-  VerificaDatiCorrettiFtp(serverCorretti);
-  if (!serverCorretti) {
-    MsgBox(Messaggio(MessaggioServerErrati), StileInformazione);
-    return EsitoConferma::VaiAlTabFtp;
-  }
+bool FrmGlobalSetting::SalvaERileggi() {
   const std::string percorso = PercorsoFileGlobale();
-  if (const auto errore = SaveFileGlobal(percorso); errore != platform::kNoError) {
+  AdottaDalFile();
+  const std::string testo = ComponiFile();
+  if (const std::string motivo = MotivoIllegibile(testo); !motivo.empty()) {
+    MsgBox(motivo, StileCritico);
+    return false;
+  }
+  if (const auto errore = platform::replaceFile(percorso, testo, PermessiFile);
+      errore != platform::kNoError) {
     MsgBox(InLingua("Impossibile salvare il file '", "The file cannot be saved: '") + percorso +
                "': " + platform::systemErrorText(errore),
            StileCritico);
-    return EsitoConferma::RestaAperta;
+    return false;
   }
   bool cambiato = false;
   if (!OpenFileGlobal(percorso, cambiato, false, false)) {
     if (!errore_.empty()) MsgBox(errore_, StileCritico);
-    return EsitoConferma::RestaAperta;
+    return false;
   }
+  RiempiIntervalli();
   RiempiListFtp();
+  return true;
+}
+
+EsitoConferma FrmGlobalSetting::Conferma(int membro) {
+  bool serverCorretti = true;
+  VerificaDatiCorrettiFtp(serverCorretti);
+  if (membro != 0) return EsitoConferma::Chiudi;
+  if (!serverCorretti) {
+    MsgBox(Messaggio(MessaggioServerErrati), StileInformazione);
+    return EsitoConferma::VaiAlTabFtp;
+  }
+  if (!SalvaERileggi()) return EsitoConferma::RestaAperta;
   if (timerCambiato_) MsgBox(Messaggio(MessaggioTimerCambiato), StileInformazione);
   timerCambiato_ = false;
   return EsitoConferma::Chiudi;

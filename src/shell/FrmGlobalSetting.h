@@ -17,6 +17,7 @@
 
 namespace tandemize {
 
+class FinestraOperazione;
 class LettoreItem;
 struct ChiaveGlobale;
 struct LetturaGlobale;
@@ -59,12 +60,19 @@ class FrmGlobalSetting : public ControlliGlobalSetting {
   void Return_Opt_Value(std::string_view NomeControllo, std::uint8_t& Valore) const;
 
   // True if the controls differ from the file, for the question when the window is closed. Whoever drops the
-  // changes then calls CaricaImpostazioni, as the server fields write through.
+  // changes then calls CaricaImpostazioni, as the server fields write through. What somebody else has changed
+  // in the file meanwhile, as a timed run moves its date, is no difference: the controls take it over first.
   [[nodiscard]] bool Modificato();
 
   // The buttons `cmd`: OK (0) checks, saves and reads back, with a box for what went wrong; Cancel (1) just
-  // closes.
+  // closes, after the same check of the servers with its own box.
   [[nodiscard]] EsitoConferma Conferma(int membro);
+
+  // Saves and reads back, with a box for what went wrong; true if both went well. After a failed save the old
+  // file stands. Values that the file could not be read with, such as one that holds the name of a key, are
+  // refused before anything is written. As Modificato, keeps what was changed in the file meanwhile. The
+  // words of the intervals follow the language that was saved.
+  [[nodiscard]] bool SalvaERileggi();
 
   // Fills an empty mail server with the system's own.
   void ParametriPostaPredefiniti();
@@ -98,6 +106,13 @@ class FrmGlobalSetting : public ControlliGlobalSetting {
   void ScriviCampiFtp();              // after each change of a field: into the selected record and row
   void NuovoServerFtp();
   void EliminaServerSelezionato();  // asks first
+  // Connects to the selected server: a box tells that it went well, FineOperazione what went wrong, and the
+  // session is closed either way. `finestra` is the operation that a stop ends. `collegato` is called when
+  // the connecting has ended, before the boxes of this function. While another operation runs, to which the
+  // session belongs, a box says so and nothing else happens. `runDelDialogo`: the loaded FrmBackupChoice
+  // runs.
+  void ProvaServerFtp(FinestraOperazione& finestra, const std::function<void()>& collegato,
+                      bool runDelDialogo = false);
   // False if a selected server lacks a field, or if the newest description is there already (with its box).
   void VerificaDatiCorrettiFtp(bool& Esito) const;
   // Tells that no server has been entered. `Esito` is true in every case.
@@ -109,6 +124,7 @@ class FrmGlobalSetting : public ControlliGlobalSetting {
   enum class EsitoRiga { Continua, Differenza, Errore };
 
   [[nodiscard]] bool LeggiFile(LetturaGlobale& lettura);
+  [[nodiscard]] bool LeggiTesto(std::string_view testo, LetturaGlobale& lettura);
   [[nodiscard]] EsitoRiga LeggiItem(const std::string& item, LettoreItem& lettore, LetturaGlobale& lettura);
   [[nodiscard]] EsitoRiga LeggiRiga(std::string_view Riga, const ChiaveGlobale& chiave,
                                     LetturaGlobale& lettura);
@@ -121,6 +137,11 @@ class FrmGlobalSetting : public ControlliGlobalSetting {
   void FineLettura(LetturaGlobale& lettura);
 
   [[nodiscard]] std::string TestoControllo(const ChiaveGlobale& chiave) const;
+  [[nodiscard]] std::string ComponiFile();
+  [[nodiscard]] static std::string MotivoIllegibile(std::string_view testo);
+  void AdottaDalFile();
+  void AdottaTimer(const std::vector<RigaTimer>& nelFile);
+  void RiempiIntervalli();
   void ScriviTimerAvanzati(std::string& testo) const;
 
   void ApplicaTimer();
@@ -131,7 +152,8 @@ class FrmGlobalSetting : public ControlliGlobalSetting {
   void MostraCampiFtp();
 
   std::string errore_;
-  bool timerCambiato_ = false;  // the choice of OptTimer was changed in this window
+  ControlliGlobalSetting letti_;  // the controls as the last reading of the file left them
+  bool timerCambiato_ = false;    // the choice of OptTimer was changed in this window
 };
 
 // --- checks of the fields; pure rules without a window ---

@@ -124,7 +124,12 @@ bool FrmGlobalSetting::LeggiFile(LetturaGlobale& lettura) {
     errore_ = TestoDi(lettura.percorso, errore);
     return false;
   }
-  std::string_view testo = contenuto;
+  const bool letto = LeggiTesto(contenuto, lettura);
+  if (letto && !lettura.soloVariabili && !lettura.fermaAlPrimo) letti_ = *this;
+  return letto;
+}
+
+bool FrmGlobalSetting::LeggiTesto(std::string_view testo, LetturaGlobale& lettura) {
   if (testo.substr(0, SegnoUtf8.size()) == SegnoUtf8) testo.remove_prefix(SegnoUtf8.size());
   LettoreItem lettore(testo);
   for (std::string item; lettore.Leggi(item);) {
@@ -164,7 +169,10 @@ FrmGlobalSetting::EsitoRiga FrmGlobalSetting::LeggiRiga(std::string_view Riga, c
 
   const bool convertito = std::visit(
       [&](auto destinazione) {
-        if constexpr (std::is_pointer_v<decltype(destinazione)>) return Converti(valore, *destinazione);
+        if constexpr (std::is_pointer_v<decltype(destinazione)>) {
+          auto prova = *destinazione;
+          return Converti(valore, lettura.soloProva ? prova : *destinazione);
+        }
         return true;
       },
       chiave.Destinazione);
@@ -210,12 +218,14 @@ FrmGlobalSetting::EsitoRiga FrmGlobalSetting::LeggiRigaFtp(std::string_view Riga
 // Takes over the lists. They are complete only now: a reading that ended before leaves those in use as they
 // are.
 void FrmGlobalSetting::FineLettura(LetturaGlobale& lettura) {
+  if (lettura.soloProva) return;
   if (!lettura.soloVariabili) {
     const bool stessiServer = lettura.server.size() == FtpServers.size();
     const bool stessiTimer = !OptTipoTimer.Accesa(1) || lettura.righeTimer == ListTimer;
     if ((!stessiServer || !stessiTimer) && lettura.Differenza()) return;
     ListTimer = std::move(lettura.righeTimer);
     ListTimerSelezione = -1;
+    cmdListAbilitato = {true, false, false};
   }
   FtpServers = std::move(lettura.server);
   if (!PartenzaAutomaticaAttiva) TimerAdvList = std::move(lettura.timer);

@@ -14,6 +14,7 @@ namespace tandemize {
 struct LetturaGlobale {
   std::string percorso;
   bool fermaAlPrimo, soloVariabili;
+  bool soloProva = false;  // nothing but the reading itself: variables and lists stay as they are
   bool cambiato = false;
   bool qualcosa = false;  // a key was found: the file is one of settings
   std::size_t riga = 0;   // number of the line at hand, from 1
