@@ -19,6 +19,10 @@ namespace tandemize::platform {
 // does not exist; kNotSupported if the host has no tool to ask a file manager (gdbus, dbus-send).
 [[nodiscard]] ErrorCode showProperties(std::string_view path);
 
+// Starts the desktop's tool that tells about this computer, the first one that the host has of those known.
+// kFileNotFound if it has none.
+[[nodiscard]] ErrorCode openSystemInformation();
+
 enum class ShortcutPlace {
   desktop = 0,    // XDG_DESKTOP_DIR of the user's user-dirs.dirs, else ~/Desktop
   programs = 1,   // $XDG_DATA_HOME/applications, default ~/.local/share/applications

@@ -26,22 +26,25 @@ constexpr double SecondiDelMinuto = 60;
 constexpr std::string_view NomeForm = "FrmStart";
 constexpr int IconaAvviso = 0;
 
-// Puts FileProfilo back. The graph of objects is then read again where a run has left another profile's, so
-// that open windows and the current profile agree.
-class ProfiloRicordato {
+// An entry's own profile is the current one for its run alone: whoever looks at the program while it waits
+// for the minute to end finds the user's. The graph of objects is then read again, so that open windows and
+// the current profile agree.
+class ProfiloDellaVoce {
  public:
-  ProfiloRicordato() = default;
-  ~ProfiloRicordato() {
-    FileProfilo = profilo_;
-    if (!ultimo_.empty() && ultimo_ != profilo_ && ProfiloValido(profilo_)) LeggiFileProfilo(profilo_);
+  explicit ProfiloDellaVoce(std::int16_t indice) {
+    const auto voce = static_cast<std::size_t>(indice);
+    if (indice > 0 && voce < TimerAdvList.size()) FileProfilo = TimerAdvList[voce].Profile2;
+    eseguito_ = FileProfilo;
   }
-  ProfiloRicordato(const ProfiloRicordato&) = delete;
-  ProfiloRicordato& operator=(const ProfiloRicordato&) = delete;
-
-  void Eseguito(const std::string& profilo) { ultimo_ = profilo; }
+  ~ProfiloDellaVoce() {
+    FileProfilo = profilo_;
+    if (eseguito_ != profilo_ && ProfiloValido(profilo_)) LeggiFileProfilo(profilo_);
+  }
+  ProfiloDellaVoce(const ProfiloDellaVoce&) = delete;
+  ProfiloDellaVoce& operator=(const ProfiloDellaVoce&) = delete;
 
  private:
-  std::string profilo_ = FileProfilo, ultimo_;
+  std::string profilo_ = FileProfilo, eseguito_;
 };
 
 bool OperazioneInCorso() {
@@ -96,7 +99,7 @@ FrmStart::FrmStart() : Lavoro([this](std::uint8_t modo) { return EseguiLavoro(mo
 FrmStart::~FrmStart() = default;
 
 EsitoOperazione FrmStart::EseguiLavoro(std::uint8_t modo) {
-  if (OperazioneInCorso())
+  if (OperazioneInCorso() || (AltraOperazione && AltraOperazione()))
     return Rifiuta(InLingua("un'altra operazione è in corso.", "another operation is going on."));
   if (!ProfiloValido(FileProfilo)) return RifiutaProfilo();
   // A record that an earlier run could not write says nothing about this one.
@@ -115,9 +118,7 @@ void FrmStart::TimerAutoPartenza_Timer() {
   if (PartenzaAutomaticaAttiva) SciogliGuardia();
   if (PartenzaAutomaticaAttiva || !ApplicazioneNascosta) return;
   if (Timer_Start_Type == 1) return EsaminaTimerAvanzati();
-  const std::string profilo = FileProfilo;
   PartenzaAutomatica(Timer_Start_Time, Timer_Start_Date, Timer_Interval_Number, Timer_Interval_Type, 0);
-  FileProfilo = profilo;
 }
 
 // By the time of day alone: a run that ends after midnight holds the next starts back until the clock has
@@ -131,15 +132,12 @@ void FrmStart::SciogliGuardia() {
 }
 
 void FrmStart::EsaminaTimerAvanzati() {
-  ProfiloRicordato ricordato;
   for (std::size_t i = 1; i < TimerAdvList.size() && !DaFermare(); ++i) {
     // A copy: windows may read the settings anew while the entry runs.
     TimerAvanzato voce = TimerAdvList[i];
-    FileProfilo = voce.Profile2;
     if (!PartenzaAutomatica(voce.Time, voce.Date, std::to_string(voce.IntervalNumber), voce.IntervalKind,
                             static_cast<std::int16_t>(i)))
       continue;
-    ricordato.Eseguito(FileProfilo);
     if (i >= TimerAdvList.size()) return;
     TimerAdvList[i].Time = voce.Time;
     TimerAdvList[i].Date = voce.Date;
@@ -169,7 +167,10 @@ bool FrmStart::PartenzaAutomatica(std::string& Ora, std::string& Data, const std
   Imposta(TimerAnimazione, {true, TimerAnimazione.Interval});
   PartenzaAutomaticaAttiva = true;
   Imposta(TimerAutoPartenza, {false, TickDopoPartenza});
-  Lavoro(Timer_Start_Mode);
+  {
+    const ProfiloDellaVoce profilo(Indice);
+    Lavoro(Timer_Start_Mode);
+  }
   AggiornaProssimaPartenza(Tipo, Numero, Ora, Data, Indice);
   Imposta(TimerAnimazione, {false, TimerAnimazione.Interval});
   if (AggiornaTray) AggiornaTray();

@@ -42,15 +42,16 @@ class FrmStart {
 
   // Hooks, all of which may be empty. `TimerCambiati`: the state of a timer has changed. `AggiornaTray`: the
   // icon is to be the window's own again. `InChiusura`: true when the program is about to end, so that
-  // nothing more is begun or waited for.
+  // nothing more is begun or waited for. `AltraOperazione`: an operation goes on that no form of its own
+  // shows, such as a dialog's run between two of its forms; a run that is due meanwhile is refused.
   std::function<void()> TimerCambiati, AggiornaTray;
-  std::function<bool()> InChiusura;
+  std::function<bool()> InChiusura, AltraOperazione;
 
   // Runs one job, 1 a synchronisation, 2 a backup, with FileProfilo. `EseguiLavoro` unless a window puts its
   // own in its place, such as one that also shows it.
   std::function<EsitoOperazione(std::uint8_t modo)> Lavoro;
 
-  // The tick. FileProfilo is the same before and after it, whatever profiles the entries name.
+  // The tick. An entry's profile is FileProfilo during its run alone; the tick itself leaves it as it is.
   void TimerAutoPartenza_Timer();
 
   // --- steps, public for tests of their rules

@@ -45,6 +45,7 @@ class Desktop : public testing::Test {
 
 using OpenWithDesktop = Desktop;
 using ShowProperties = Desktop;
+using OpenSystemInformation = Desktop;
 using CreateShortcut = Desktop;
 using RemoveShortcut = Desktop;
 
@@ -170,6 +171,16 @@ TEST_F(ShowProperties, Says_so_if_the_path_or_both_tools_are_missing) {
   desktop_.install("gdbus");
   EXPECT_EQ(showProperties(program("b.txt")), kFileNotFound);
   EXPECT_FALSE(desktop_.called("gdbus"));
+}
+
+TEST_F(OpenSystemInformation, Starts_the_first_tool_that_the_host_has) {
+  EXPECT_EQ(openSystemInformation(), kFileNotFound);
+  desktop_.install("gnome-control-center");
+  EXPECT_EQ(openSystemInformation(), kNoError);
+  EXPECT_EQ(desktop_.callOf("gnome-control-center"), "info-overview\n");
+  desktop_.install("hardinfo");
+  EXPECT_EQ(openSystemInformation(), kNoError);
+  EXPECT_EQ(desktop_.callOf("hardinfo"), "\n");
 }
 
 TEST_F(CreateShortcut, Writes_a_whole_desktop_entry_for_the_start_of_the_session) {

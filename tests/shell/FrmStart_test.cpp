@@ -246,6 +246,29 @@ TEST_F(TimerAvanzatiInMarcia, Each_entry_runs_with_its_own_profile_and_the_curre
   EXPECT_EQ(TimerAdvList.at(3).Date, "22/12/2026");
 }
 
+// The program may be shown in the minute behind a run, and a profile chosen.
+TEST_F(TimerAvanzatiInMarcia,
+       Behind_a_run_the_current_profile_is_the_users_and_stays_the_one_he_chooses_then) {
+  advanced({{"22/11/2026", "13.30", "1 days", "C:\\p\\One.cfg"}});
+  const std::string profile = FileProfilo;
+  bool ran = false, chosen = false;
+  duringRun = [&] { ran = true; };
+  folder.screen.onEvents = [&] {
+    if (!ran || chosen) return;
+    EXPECT_EQ(FileProfilo, profile);
+    FileProfilo = "C:\\p\\Chosen.cfg";
+    chosen = true;
+  };
+  tickAt(today(13, 30));
+  EXPECT_TRUE(chosen);
+  EXPECT_EQ(FileProfilo, "C:\\p\\Chosen.cfg");
+}
+
+TEST_F(TimerAvanzatiInMarcia, A_run_that_is_due_during_another_operation_is_refused) {
+  form.AltraOperazione = [] { return true; };
+  EXPECT_EQ(form.EseguiLavoro(2), EsitoOperazione::Rifiutato);
+}
+
 TEST_F(TimerAvanzatiInMarcia, A_tick_without_a_run_leaves_the_current_profile_too) {
   advanced({{"23/11/2026", "13.30", "1 days"}});
   const std::string profile = FileProfilo;

@@ -1,5 +1,8 @@
 #include "platform/desktop.h"
 
+#include <array>
+#include <vector>
+
 #include "platform/files.h"
 #include "platform/posix/launch.h"
 #include "platform/posix/status.h"
@@ -37,6 +40,17 @@ std::string fileUri(std::string_view host) {
   return uri;
 }
 
+// One that only tells before one that is a part of something larger.
+struct InformationTool {
+  const char *program, *argument;
+};
+constexpr std::array<InformationTool, 6> kInformationTools{{{"hardinfo2", nullptr},
+                                                            {"hardinfo", nullptr},
+                                                            {"kinfocenter", nullptr},
+                                                            {"mate-system-monitor", "--show-system-tab"},
+                                                            {"cinnamon-settings", "info"},
+                                                            {"gnome-control-center", "info-overview"}}};
+
 constexpr const char* kService = "org.freedesktop.FileManager1";
 constexpr const char* kObject = "/org/freedesktop/FileManager1";
 constexpr const char* kMethod = "org.freedesktop.FileManager1.ShowItemProperties";
@@ -65,6 +79,17 @@ ErrorCode showProperties(std::string_view path) {
                                  kObject, kMethod, "array:string:" + uri, "string:"});
   }
   return kNotSupported;
+}
+
+ErrorCode openSystemInformation() {
+  for (const auto& [program, argument] : kInformationTools) {
+    const std::string tool = findProgram(program);
+    if (tool.empty()) continue;
+    const ErrorCode error = launchDetached(
+        tool, argument == nullptr ? std::vector<std::string>() : std::vector<std::string>{argument});
+    if (error == kNoError) return error;
+  }
+  return kFileNotFound;
 }
 
 }  // namespace tandemize::platform
