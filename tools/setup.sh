@@ -13,6 +13,10 @@ declare -A package_use=(
   [libdeflate-dev]="library: CRC-32 of files"
   [libutf8proc-dev]="library: upper case of file names"
   [libsystemd-dev]="library: asks the login service over D-Bus"
+  [qt6-base-dev]="library: the windows"
+  [libgl-dev]="headers that the windows' library asks for"
+  [qt6-qpa-plugins]="the windows' library on a screen, and without one"
+  [fonts-liberation]="the font of the windows"
   [libgtest-dev]="the tests' framework"
   [tzdata]="the tests' time zones"
   [dbus-daemon]="the tests' private message bus"
@@ -26,7 +30,8 @@ declare -A package_use=(
 )
 
 build_packages=(g++ cmake ninja-build pkg-config libdeflate-dev libutf8proc-dev libsystemd-dev)
-test_packages=("${build_packages[@]}" libgtest-dev python3 tzdata dbus-daemon python3-aiosmtpd python3-pyftpdlib)
+desktop_packages=("${build_packages[@]}" qt6-base-dev libgl-dev qt6-qpa-plugins fonts-liberation)
+test_packages=("${desktop_packages[@]}" libgtest-dev python3 tzdata dbus-daemon python3-aiosmtpd python3-pyftpdlib)
 # shellcheck disable=SC2034
 ci_packages=("${test_packages[@]}" vsftpd clang clang-format clang-tidy)
 

@@ -44,7 +44,7 @@ std::string shippedDataFolder() {
   const std::array<std::string, 3> places = {executableFolder() + "/../share/tandemize-backup",
                                              TANDEMIZE_DATA_DIR, TANDEMIZE_SOURCE_DATA_DIR};
   for (const std::string& place : places) {
-    if (hostFileExists(place + "/" + kSettings)) return place;
+    if (!place.empty() && hostFileExists(place + "/" + kSettings)) return place;
   }
   return {};
 }

@@ -1,0 +1,5 @@
+#include "shell/windows/Avvio.h"
+
+int main(int argc, char** argv) {
+  return tandemize::AvviaDesktop(argc, argv);
+}
