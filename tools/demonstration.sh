@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The demonstration: demonstration.sh PROGRAM FOLDER [fresh], both relative to the working folder.
+# The demonstration: demonstration.sh PROGRAM FOLDER [fresh] [prepare], both relative to the working folder.
+# `prepare` makes the folder, or changes its sources where they were backed up, and runs nothing.
 #
 # FOLDER gets a program folder (home), three sources (documents, photos, desk) and two destinations (stick, nas). The
 # first call backs everything up; a later one changes a file, adds one and backs up what is new. Then two trees that
@@ -12,8 +13,16 @@ set -euo pipefail
 
 program=$1
 demo=$2
-fresh=${3-}
+shift 2
 home=$demo/home
+
+fresh=no prepare=no
+for word in "$@"; do
+  case $word in
+    fresh) fresh=yes ;;
+    prepare) prepare=yes ;;
+  esac
+done
 
 bold='' plain=''
 if [[ -t 1 ]]; then bold=$'\e[1m' plain=$'\e[0m'; fi
@@ -188,7 +197,18 @@ show_copies() {
   say "They lie in $demo/stick and $demo/nas."
 }
 
-if [[ $fresh != fresh && -f $home/FilesList.Dat ]]; then
+if [[ $prepare == yes ]]; then
+  if [[ $fresh == yes || ! -f $home/GlobalSetting.dat ]]; then
+    start_anew
+  elif [[ -f $home/FilesList.Dat ]]; then
+    change_sources
+  fi
+  show_diagram
+  say "The program folder is $home, the copies will lie in $demo/stick and $demo/nas."
+  exit 0
+fi
+
+if [[ $fresh == no && -f $home/FilesList.Dat ]]; then
   before=$(copies)
   change_sources
   back_up incremental
