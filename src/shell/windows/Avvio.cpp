@@ -17,8 +17,6 @@ namespace tandemize {
 
 namespace {
 
-constexpr int IntervalloArresto = 100;  // milliseconds
-
 // Before the settings are read, the language is the desktop's.
 std::string NellaLinguaDelDesktop(std::string_view italiano, std::string_view inglese) {
   return std::string(QLocale::system().language() == QLocale::Italian ? italiano : inglese);

@@ -97,6 +97,7 @@ Risposta QtSchermo::MsgBox(std::string_view testo, int stile, std::string_view t
   box.setTextFormat(Qt::PlainText);
   box.setText(Testo(testo).replace(u'\r', u'\n'));
   std::vector<QPushButton*> fatti;
+  fatti.reserve(bottoni.size());
   for (const Bottone& bottone : bottoni)
     fatti.push_back(box.addButton(Testo(InLingua(bottone.italiano, bottone.inglese)), bottone.ruolo));
   for (QPushButton* bottone : fatti) bottone->setProperty("tag", QStringLiteral("D"));

@@ -214,9 +214,13 @@ TEST_F(TimerDellaFinestra, A_timed_run_takes_an_idle_run_dialog_away) {
 TEST_F(TimerDellaFinestra, The_end_of_the_program_cuts_the_wait_after_a_run_short) {
   ApplicazioneNascosta = true;
   const std::int64_t start = platform::now();
-  main->Motore().EseguiLavoro(2);
-  AnnullamentoRichiesto = true;  // as a run leaves it that the user has stopped
+  // As a run leaves it that the user has stopped.
+  desktop.onBox = [](QMessageBox& shown) {
+    AnnullamentoRichiesto = true;
+    shown.close();
+  };
   main->Motore().Lavoro(2);
+  ASSERT_EQ(boxes(), 1U);
   EXPECT_FALSE(AnnullamentoRichiesto);
   QTimer::singleShot(0, main.get(), [this] { main->Termina(); });
   Attendi(3600, true);
